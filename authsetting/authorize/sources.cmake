@@ -1,0 +1,1 @@
+set(authorize_SOURCES)

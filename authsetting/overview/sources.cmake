@@ -1,0 +1,1 @@
+set(overview_SOURCES)

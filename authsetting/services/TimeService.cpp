@@ -1,0 +1,8 @@
+#include "authsetting/services/TimeService.h"
+
+namespace GW {
+
+CTimeService::CTimeService() = default;
+CTimeService::~CTimeService() = default;
+
+} // namespace GW

@@ -1,0 +1,1 @@
+set(subusers_SOURCES)
