@@ -1,0 +1,63 @@
+#pragma once
+
+#include "authsetting/services/AccountInfo.h"
+#include "authsetting/services/BrokerInfo.h"
+#include "authsetting/services/PlatformInfo.h"
+#include "backend/store/GrantRecord.h"
+#include "backend/store/StoreOptions.h"
+
+#include <QString>
+#include <QVector>
+
+#include <memory>
+
+namespace backend {
+
+class StoreAdminPrivate;
+
+/// Fills and checks a store with an administrator's rights: everything added between open() and
+/// commit() is one transaction, which the destructor rolls back when it was not committed. One
+/// thread at a time.
+///
+/// Functions that return bool leave the reason of a false in error(), in Chinese; the first failure
+/// makes commit() fail too.
+class StoreAdmin
+{
+public:
+    /// Which of the platform and broker tables a record belongs to.
+    enum class Kind : int { Futures = 1, Stock = 2 };
+
+    /// Creates the store (folder 0700, file 0600) or brings its schema up to date. Null with the
+    /// reason in `error` when it cannot be opened, is damaged or of a newer schema; the file is
+    /// then left as it was.
+    static std::unique_ptr<StoreAdmin> open(const StoreOptions& options, QString* error);
+    ~StoreAdmin();
+
+    bool addPlatform(Kind kind, const mbservice::CPlatformInfo& platform);
+    bool addBroker(Kind kind, const mbservice::CBrokerInfo& broker);
+    /// `password` is the text that the user types to sign in.
+    bool addUser(const QString& name, const QString& password, bool enabled = true);
+    /// A user whom `owner` manages.
+    bool addSubUser(const QString& owner, const QString& name, const QString& password,
+                    bool enabled = true);
+    /// Accounts keep the order in which they are added.
+    bool addAccount(const QString& owner, const mbservice::CAccountInfo& account);
+    /// Makes `child` a sub-account of `parent`; neither can then be granted.
+    bool addSubAccount(const mbservice::CAccountInfo& parent, const mbservice::CAccountInfo& child);
+    /// A grant in any state, checked only for what the tables themselves forbid.
+    bool addGrant(const GrantRecord& grant);
+    bool commit();
+
+    /// Every grant, oldest first; account records carry the four identifying fields and the alias.
+    QVector<GrantRecord> grants() const;
+    /// The first problem that the engine's own check or the relations between the tables show, in
+    /// Chinese; empty when the store is sound.
+    QString verify() const;
+    QString error() const;
+
+private:
+    explicit StoreAdmin(std::unique_ptr<StoreAdminPrivate> d);
+    std::unique_ptr<StoreAdminPrivate> d;
+};
+
+} // namespace backend
