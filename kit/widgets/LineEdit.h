@@ -1,0 +1,44 @@
+#pragma once
+
+#include "kit/events/EventWidget.h"
+#include "kit/resources/UiResourceChangeHandler.h"
+
+#include <QLineEdit>
+
+namespace KZ {
+
+/// A one-line editor. What the user types delivers EVENT_TEXT_EDITED, a finished change (Enter, or
+/// leaving the editor with a changed text) EVENT_TEXT_COMMITTED, leaving it EVENT_FOCUS_LEFT;
+/// setText() by the program delivers nothing.
+class KZKIT_EXPORT CLineEdit : public CEventWidgetT<QLineEdit>, public CUiResourceChangeHandler
+{
+    Q_OBJECT
+
+public:
+    /// Longest text, in UTF-16 units, that an editor of the kit takes: no name, account or password
+    /// of the client comes near it, and a pasted document is cut instead of laid out.
+    static constexpr int MAX_TEXT_LENGTH = 255;
+
+    CLineEdit(int id, QWidget* parent);
+    ~CLineEdit() override;
+
+    int id() const { return m_id; }
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+    void onUiResourceChanged() override;
+
+protected:
+    void focusOutEvent(QFocusEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+
+private:
+    void commit();
+
+    const int m_id;
+    /// Whether the user typed since the last commit or program change.
+    bool m_typed = false;
+};
+
+} // namespace KZ
