@@ -1,0 +1,84 @@
+#pragma once
+
+#include "authsetting/services/AccountInfo.h"
+#include "authsetting/services/AuthDetail.h"
+#include "authsetting/services/AuthLimit.h"
+#include "authsetting/services/AuthType.h"
+#include "authsetting/shell/AuthSettingTabPage.h"
+
+#include <QString>
+#include <QVariant>
+
+#include <boost/shared_ptr.hpp>
+
+namespace KZ {
+class CMenu;
+}
+
+namespace GW {
+
+class CAccount;
+class CSingleAccountForm;
+
+/// One of the user's accounts, named by the tab page's key: grants it to one user, on the server or
+/// into a file, for a range of days and with an optional margin condition, or cancels its grant.
+///
+/// A reload leaves the grant button disabled; becoming active enables it where there is something
+/// to do: for an own account that is not granted and a range of at least one day, and for a granted
+/// one. GUI thread only.
+class CAuthSettingSingleAccountAuthorizeTabPage : public IAuthSettingTabPage
+{
+    Q_OBJECT
+
+public:
+    /// `single` puts the tab page under the user's own accounts, otherwise under the imported ones.
+    CAuthSettingSingleAccountAuthorizeTabPage(bool single, QWidget* parent);
+    ~CAuthSettingSingleAccountAuthorizeTabPage() override;
+
+    void reloadData() override;
+    void onActive() override;
+    bool handleEvent(int eventId, int param1, int param2, QString text, void* data) override;
+
+public Q_SLOTS:
+    void slotAddAuthResult(QString grantee, mbservice::CAccountInfo account, CAuthLimit limit,
+                           QString grantRef, QVariant tag, bool ok, QString error, bool toServer);
+    void slotDelAuthResult(QString grantee, mbservice::CAccountInfo account, QVariant tag, bool ok,
+                           QString error);
+    void slotCheckAuthuserResult(QString user, bool ok, QString error);
+    /// Grants the account on the server.
+    void slotAuthPasswordForServer(QString password);
+    void onFileAuthTriggered(bool checked);
+    void onServerAuthTriggered(bool checked);
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    boost::shared_ptr<CAccount> account() const;
+    mbservice::EAuthType authType() const;
+    void connectClient();
+    bool checkGrantee();
+    void checkDates();
+    void updateGrantButton();
+    void popUpMenu();
+    void authPasswordForFile(QString password);
+    void grant(const CAuthLimit& limit, bool toServer);
+    void cancelGrant();
+    void finishGrant(QString grantee, mbservice::CAccountInfo account, CAuthLimit limit,
+                     QString grantRef, bool ok, QString error, bool toServer);
+    void finishCancel(bool ok, QString error);
+    void reloadEverything();
+
+    CSingleAccountForm* m_form;
+    boost::shared_ptr<CAuthDetail> m_granted;
+    QString m_exportPassword;
+    QString m_exportPath;
+    KZ::CMenu* m_menu;
+    /// The account that the form shows, so that a condition is not carried over to another one.
+    QString m_shownKey;
+    /// The user did not leave an editor that a reload or hiding the page took from him.
+    bool m_leavingByProgram = false;
+};
+
+} // namespace GW

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "authsetting/shell/AuthSettingTabPage.h"
+
+#include <QString>
+
+namespace KZ {
+class COddEvenRowTable;
+}
+
+namespace GW {
+
+class CAccount;
+
+/// The accounts that other users granted to the user, and the import of a grant's file.
+///
+/// EVENT_BUTTON_CLICKED with the identifier 0 is the import command. GUI thread only.
+class CAuthSettingImportAuthorizationTabPage : public IAuthSettingTabPage
+{
+    Q_OBJECT
+
+public:
+    explicit CAuthSettingImportAuthorizationTabPage(QWidget* parent);
+    ~CAuthSettingImportAuthorizationTabPage() override;
+
+    void reloadData() override;
+    bool handleEvent(int eventId, int param1, int param2, QString text, void* data) override;
+
+public Q_SLOTS:
+    /// Takes every validation, whoever asked for it: results of files carry no tag.
+    void slotValidAuth(QString qsKey, QString qsPassword, bool bSuccess, QString qsError);
+
+private:
+    void buildLayout();
+    void fillRow(int row, const CAccount& account);
+    void chooseFile();
+    void importFile(QString path, QString password);
+    void showResult(bool success, QString error);
+
+    /// Never set: every tip of this page is shown where the user looks.
+    QWidget* m_tipAnchor = nullptr;
+    KZ::COddEvenRowTable* m_table = nullptr;
+};
+
+} // namespace GW

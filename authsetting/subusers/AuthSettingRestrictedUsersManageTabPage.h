@@ -1,0 +1,49 @@
+#pragma once
+
+#include "authsetting/shell/AuthSettingTabPage.h"
+
+#include <QString>
+
+namespace KZ {
+class COddEvenRowTable;
+class CWidgetList;
+} // namespace KZ
+
+namespace GW {
+
+/// The user's restricted users with the number of accounts granted to each, their state, and a
+/// button per row that disables an enabled one.
+///
+/// EVENT_BUTTON_CLICKED with the identifier 0 enables all of them, with 1 disables all. Of several
+/// requests that are out at once only the last result to arrive is shown, whatever the others
+/// brought; the other rows are right again after the next reload. GUI thread only.
+class CAuthSettingRestrictedUsersManageTabPage : public IAuthSettingTabPage
+{
+    Q_OBJECT
+
+public:
+    explicit CAuthSettingRestrictedUsersManageTabPage(QWidget* parent);
+    ~CAuthSettingRestrictedUsersManageTabPage() override;
+
+    void reloadData() override;
+    bool handleEvent(int eventId, int param1, int param2, QString text, void* data) override;
+
+public Q_SLOTS:
+    void slotSetsubuserResult(QString qSubuserId, bool bEnabled, bool bReslt, QString qsError);
+
+private:
+    void buildLayout();
+    void fillRow(int row, const QString& subUser);
+    void onClicked(int id);
+    void toggleRow(int row);
+    void setAll(bool enable);
+    void showResult(QString subUser, bool ok);
+    int rowOf(const QString& subUser) const;
+
+    KZ::COddEvenRowTable* m_table = nullptr;
+    KZ::CWidgetList* m_list = nullptr;
+    /// Results still to come; also counts down for those of other pages' requests.
+    int m_outstanding = 0;
+};
+
+} // namespace GW
