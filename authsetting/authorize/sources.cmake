@@ -1,1 +1,2 @@
 set(authorize_SOURCES)
+list(APPEND authorize_SOURCES AuthSettingAccountOpWidget.cpp AuthSettingAccountOpWidget.h)

@@ -1,1 +1,2 @@
 set(overview_SOURCES)
+list(APPEND overview_SOURCES AuthSettingAccountsOverviewTabPage.cpp AuthSettingAccountsOverviewTabPage.h)

@@ -1,0 +1,182 @@
+#include "authsetting/overview/AuthSettingAccountsOverviewTabPage.h"
+
+#include "authsetting/authorize/AuthSettingAccountOpWidget.h"
+#include "authsetting/services/Account.h"
+#include "authsetting/services/AccountKey.h"
+#include "authsetting/services/AuthClient.h"
+#include "authsetting/services/Services.h"
+#include "authsetting/services/UserConfig.h"
+#include "authsetting/shell/AccountTexts.h"
+#include "authsetting/shell/AuthSettingEvents.h"
+#include "authsetting/shell/AuthSettingIds.h"
+#include "authsetting/shell/RequestTag.h"
+#include "authsetting/shell/ResultTip.h"
+#include "authsetting/shell/TableLayouts.h"
+#include "kit/table/OddEvenRowTable.h"
+
+#include <boost/bind/bind.hpp>
+
+namespace GW {
+
+namespace {
+
+enum Column {
+    PlatformColumn,
+    BrokerColumn,
+    AccountColumn,
+    StateColumn,
+    GranteeColumn,
+    StartColumn,
+    EndColumn,
+    OperationColumn,
+    ColumnCount
+};
+
+constexpr int tableId = 4194321;
+constexpr int menuFlags = 255;
+constexpr int tableFlags = 0x11;
+constexpr int fillCell = 0x3000;
+constexpr int tableMargin = 8;
+
+bool isOverviewState(mbservice::EAuthType type)
+{
+    return type == mbservice::AUTH_TYPE_NOT_GRANTED ||
+           type == mbservice::AUTH_TYPE_GRANTED_TO_OTHER;
+}
+
+} // namespace
+
+CAuthSettingAccountsOverviewTabPage::CAuthSettingAccountsOverviewTabPage(QWidget* parent)
+    : IAuthSettingTabPage(ID_FUTURE_AUTHSETTING_PAGE_ACCOUNTS_AUTHORIZE, -1,
+                          ID_FUTURE_AUTHSETTING_TABPAGE_ACCOUNTS_OVERVIEW, parent)
+{
+    buildTable();
+    if (CAuthClient* client = getAuthClient()) {
+        connect(client, &CAuthClient::sigDelAuthResult, this,
+                &CAuthSettingAccountsOverviewTabPage::slotDelAuthResult);
+    }
+}
+
+CAuthSettingAccountsOverviewTabPage::~CAuthSettingAccountsOverviewTabPage()
+{
+    if (m_table)
+        saveTableLayout(m_table);
+}
+
+void CAuthSettingAccountsOverviewTabPage::buildTable()
+{
+    m_table = new KZ::COddEvenRowTable(tableId, this, menuFlags);
+    m_table->setObjectName(QStringLiteral("halden_overview_table"));
+    m_table->setAccessibleName(QStringLiteral("账号总览"));
+    m_table->setFlag(tableFlags);
+    m_table->setColumnCount(ColumnCount);
+    m_table->setHeaderText(PlatformColumn, QStringLiteral("交易平台"));
+    m_table->setHeaderText(BrokerColumn, QStringLiteral("经纪公司/券商"));
+    m_table->setHeaderText(AccountColumn, QStringLiteral("账号"));
+    m_table->setHeaderText(StateColumn, QStringLiteral("授权状态"));
+    m_table->setHeaderText(GranteeColumn, QStringLiteral("被授权人"));
+    m_table->setHeaderText(StartColumn, QStringLiteral("起始时间"));
+    m_table->setHeaderText(EndColumn, QStringLiteral("终止时间"));
+    m_table->setHeaderText(OperationColumn, QStringLiteral("操作"));
+    restoreTableLayout(m_table);
+    setInnerStretchWidget(m_table, tableMargin, tableMargin, tableMargin, tableMargin);
+}
+
+void CAuthSettingAccountsOverviewTabPage::reloadData()
+{
+    if (m_table)
+        m_table->clear();
+    m_rowAccounts.clear();
+    const CUserConfig* user = getUserConfig();
+    // The client may change the list while its reads are under way, so it is asked at every step.
+    for (qsizetype index = 0; user && index < user->accounts.size(); ++index) {
+        const boost::shared_ptr<CAccount> account = user->accounts.at(index);
+        if (!account || !isOverviewState(account->authType))
+            continue;
+        const QString key = account->key();
+        if (!user->isSubAccount(key) && !user->hasSubAccount(key))
+            addRow(account);
+    }
+}
+
+void CAuthSettingAccountsOverviewTabPage::addRow(const boost::shared_ptr<CAccount>& account)
+{
+    if (!m_table || !account)
+        return;
+    const int row = m_table->addRowBegin();
+    m_table->setItemText(row, PlatformColumn, platformName(*account, StockRule::OnlyStockType),
+                         true);
+    m_table->setItemText(row, BrokerColumn, brokerName(*account, StockRule::OnlyStockType));
+    m_table->setItemText(row, AccountColumn, accountDisplayIDQs(*account));
+    m_table->setItemText(row, StateColumn, account->authTypeString());
+    m_table->setItemTextColorKey(row, StateColumn, authTypeToColorKey(account->authType));
+    m_table->setItemWidget(
+        row, OperationColumn,
+        [row, type = account->authType](QWidget* parent) -> QWidget* {
+            auto* operation = new CAuthSettingAccountOpWidget(row, parent);
+            operation->setAuthType(type);
+            return operation;
+        },
+        fillCell);
+    fillGrant(row, account->key());
+    m_table->addRowEnd(true);
+}
+
+void CAuthSettingAccountsOverviewTabPage::fillGrant(int row, const QString& key)
+{
+    CAuthClient* client = getAuthClient();
+    boost::shared_ptr<CAuthDetail> detail;
+    if (!client || !client->getAuthDetail(key, detail) || !detail)
+        return;
+    m_rowAccounts.insert(row, detail->account);
+    m_table->setItemText(row, GranteeColumn, detail->grantee);
+    m_table->setItemText(row, StartColumn, grantDayText(detail->limit.startTime));
+    m_table->setItemText(row, EndColumn, grantDayText(detail->limit.endTime));
+}
+
+bool CAuthSettingAccountsOverviewTabPage::handleEvent(int eventId, int param1, int param2,
+                                                      QString text, void* data)
+{
+    if (eventId != EVENT_CANCEL_AUTH)
+        return CBaseWidget::handleEvent(eventId, param1, param2, text, data);
+    cancelGrant(param1);
+    return true;
+}
+
+void CAuthSettingAccountsOverviewTabPage::cancelGrant(int row)
+{
+    m_pendingRow = row;
+    const auto found = m_rowAccounts.constFind(row);
+    CAuthClient* client = getAuthClient();
+    if (!m_table || found == m_rowAccounts.constEnd() || !client)
+        return;
+    const mbservice::CAccountInfo account = *found;
+    const QString grantee = m_table->itemText(row, GranteeColumn);
+    beginRequest();
+    client->delAuth(grantee, account, requestTag(this));
+}
+
+void CAuthSettingAccountsOverviewTabPage::slotDelAuthResult(QString, mbservice::CAccountInfo,
+                                                            QVariant tag, bool success,
+                                                            QString error)
+{
+    if (!isRequestOf(this, tag))
+        return;
+    finishRequest(
+        boost::bind(&CAuthSettingAccountsOverviewTabPage::showCancelResult, this, success, error));
+}
+
+void CAuthSettingAccountsOverviewTabPage::showCancelResult(bool success, QString error)
+{
+    if (success) {
+        reloadData();
+        deliverEvent(EVENT_RELOAD_NAVIGATOR, 0, 0, QString(), nullptr);
+        return;
+    }
+    if (m_table) {
+        showResultTip(m_table->itemWidget(m_pendingRow, OperationColumn),
+                      QStringLiteral("取消授权失败。错误信息：") + error, 2);
+    }
+}
+
+} // namespace GW

@@ -1,0 +1,72 @@
+#include "authsetting/shell/NavigatorFiller.h"
+
+#include "authsetting/services/AccountKey.h"
+#include "authsetting/services/AuthClient.h"
+#include "authsetting/services/Services.h"
+#include "authsetting/services/UserConfig.h"
+#include "authsetting/shell/AuthSettingIds.h"
+#include "authsetting/shell/AuthSettingNavigator.h"
+
+namespace GW {
+
+namespace {
+
+QString accountIcon()
+{
+    return QStringLiteral("gw_img_auth_setting_tree_icon_account");
+}
+
+void addAccountNodes(CAuthSettingNavigator* navigator)
+{
+    CUserConfig* user = getUserConfig();
+    if (!user)
+        return;
+    for (const auto& account : std::as_const(user->accounts)) {
+        const QString key = account->key();
+        if (user->isSubAccount(key) || user->hasSubAccount(key))
+            continue;
+        const QString text = accountDisplayIDQs(*account);
+        if (account->authType == mbservice::AUTH_TYPE_GRANTED_TO_ME) {
+            navigator->addChildNode(text, ID_FUTURE_AUTHSETTING_PAGE_IMPORT_AUTHORIZATION,
+                                    ID_FUTURE_AUTHSETTING_SUBPAGE_SINGLE_AUTHORIZATION,
+                                    accountIcon(), key);
+        } else if (account->authType == mbservice::AUTH_TYPE_NOT_GRANTED ||
+                   account->authType == mbservice::AUTH_TYPE_GRANTED_TO_OTHER) {
+            navigator->addChildNode(text, ID_FUTURE_AUTHSETTING_PAGE_ACCOUNTS_AUTHORIZE,
+                                    ID_FUTURE_AUTHSETTING_SUBPAGE_SINGLE_ACCOUNT, accountIcon(),
+                                    key);
+        }
+    }
+}
+
+void addSubUserNodes(CAuthSettingNavigator* navigator)
+{
+    CAuthClient* client = getAuthClient();
+    QVector<QString> users;
+    if (!client || !client->getSubUserList(users))
+        return;
+    for (const QString& user : std::as_const(users)) {
+        const QString icon = client->isSubUserActive(user)
+                                 ? QStringLiteral("gw_img_auth_setting_tree_icon_sub_user")
+                                 : QStringLiteral("gw_img_auth_setting_tree_icon_sub_user_d");
+        navigator->addChildNode(user, ID_FUTURE_AUTHSETTING_PAGE_RESTRICTEDUSERS,
+                                ID_FUTURE_AUTHSETTING_SUBPAGE_SINGLE_RESTRICTEDUSER, icon, user);
+    }
+}
+
+} // namespace
+
+void fillNavigator(CAuthSettingNavigator* navigator)
+{
+    navigator->addTopNode(QStringLiteral("账号授权"), ID_FUTURE_AUTHSETTING_PAGE_ACCOUNTS_AUTHORIZE,
+                          QStringLiteral("gw_img_auth_setting_tree_icon_authorize"));
+    navigator->addTopNode(QStringLiteral("导入授权"),
+                          ID_FUTURE_AUTHSETTING_PAGE_IMPORT_AUTHORIZATION,
+                          QStringLiteral("gw_img_auth_setting_tree_icon_import_auth"));
+    navigator->addTopNode(QStringLiteral("子用户"), ID_FUTURE_AUTHSETTING_PAGE_RESTRICTEDUSERS,
+                          QStringLiteral("gw_img_auth_setting_tree_icon_sub_user"));
+    addAccountNodes(navigator);
+    addSubUserNodes(navigator);
+}
+
+} // namespace GW
