@@ -1,2 +1,4 @@
 set(authorize_SOURCES)
 list(APPEND authorize_SOURCES AuthSettingAccountOpWidget.cpp AuthSettingAccountOpWidget.h)
+list(APPEND authorize_SOURCES AuthSettingAccountsAuthorizeTabPage.cpp AuthSettingAccountsAuthorizeTabPage.h)
+list(APPEND authorize_SOURCES BatchAccountsTable.cpp BatchAccountsTable.h BatchForm.cpp BatchForm.h)

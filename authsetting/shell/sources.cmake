@@ -1,5 +1,5 @@
 set(shell_SOURCES
-    AccountTexts.cpp AccountTexts.h AuthFileDialogs.cpp AuthFileDialogs.h AuthNavigateNode.cpp AuthNavigateNode.h AuthSettingDialog.cpp
+    AccountTexts.cpp AccountTexts.h AuthNavigateNode.cpp AuthNavigateNode.h AuthSettingDialog.cpp
     AuthSettingDialog.h AuthSettingEvents.h AuthSettingIds.cpp AuthSettingIds.h
     AuthSettingNavigator.cpp AuthSettingNavigator.h AuthSettingPage.cpp AuthSettingPage.h
     AuthSettingTabPage.cpp AuthSettingTabPage.h ClientDate.cpp ClientDate.h NavigatorFiller.cpp

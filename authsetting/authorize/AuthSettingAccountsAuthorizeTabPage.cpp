@@ -1,0 +1,373 @@
+#include "authsetting/authorize/AuthSettingAccountsAuthorizeTabPage.h"
+
+#include "authsetting/authorize/BatchAccountsTable.h"
+#include "authsetting/authorize/BatchForm.h"
+#include "authsetting/authorize/GrantFilePrompt.h"
+#include "authsetting/services/AccountKey.h"
+#include "authsetting/services/AuthClient.h"
+#include "authsetting/services/MsgService.h"
+#include "authsetting/services/Services.h"
+#include "authsetting/services/UserConfig.h"
+#include "authsetting/shell/AuthSettingEvents.h"
+#include "authsetting/shell/AuthSettingIds.h"
+#include "authsetting/shell/RequestTag.h"
+#include "authsetting/shell/ResultTip.h"
+#include "kit/dates/SoftCalendarLineEdit.h"
+#include "kit/events/EventIds.h"
+#include "kit/widgets/ComboBox.h"
+#include "kit/widgets/MediumNormalButton.h"
+#include "kit/widgets/Menu.h"
+
+#include <QPointer>
+
+#include <boost/bind/bind.hpp>
+#include <boost/make_shared.hpp>
+
+namespace GW {
+
+namespace {
+
+constexpr int outcomeTip = 3;
+constexpr int hintTip = 2;
+
+} // namespace
+
+CAuthSettingAccountsAuthorizeTabPage::CAuthSettingAccountsAuthorizeTabPage(QWidget* parent)
+    : IAuthSettingTabPage(ID_FUTURE_AUTHSETTING_PAGE_ACCOUNTS_AUTHORIZE, -1,
+                          ID_FUTURE_AUTHSETTING_TABPAGE_ACCOUNTS_AUTHORIZE, parent),
+      m_form(new CBatchForm(this))
+{
+    setInnerStretchWidget(m_form, 0, 0, 0, 0);
+    buildMenu();
+    connectClient();
+    setDisabled(true);
+}
+
+CAuthSettingAccountsAuthorizeTabPage::~CAuthSettingAccountsAuthorizeTabPage() = default;
+
+void CAuthSettingAccountsAuthorizeTabPage::buildMenu()
+{
+    m_authMenu = new KZ::CMenu(this);
+    m_authMenu->setObjectName(QStringLiteral("halden_batch_menu"));
+    connect(m_authMenu->addAction(QStringLiteral("文件授权")), &QAction::triggered, this,
+            &CAuthSettingAccountsAuthorizeTabPage::onFileAuthTriggered);
+    connect(m_authMenu->addAction(QStringLiteral("服务器授权")), &QAction::triggered, this,
+            &CAuthSettingAccountsAuthorizeTabPage::onServerAuthTriggered);
+}
+
+void CAuthSettingAccountsAuthorizeTabPage::connectClient()
+{
+    using Page = CAuthSettingAccountsAuthorizeTabPage;
+    CAuthClient* client = getAuthClient();
+    if (!client)
+        return;
+    connect(client, &CAuthClient::sigAddAuthResult, this, &Page::slotAddAuthResult);
+    connect(client, &CAuthClient::sigDelAuthResult, this, &Page::slotDelAuthResult);
+    connect(client, &CAuthClient::sigCheckAuthuserResult, this, &Page::slotCheckAuthuserResult);
+}
+
+void CAuthSettingAccountsAuthorizeTabPage::reloadData()
+{
+    m_accounts.clear();
+    m_accountIndex.clear();
+    fillTable();
+    fillGrantees();
+}
+
+void CAuthSettingAccountsAuthorizeTabPage::fillTable()
+{
+    m_form->table()->clear();
+    m_rowAccounts.clear();
+    const CUserConfig* user = getUserConfig();
+    CAuthClient* client = getAuthClient();
+    for (qsizetype index = 0; user && index < user->accounts.size(); ++index) {
+        const boost::shared_ptr<CAccount> account = user->accounts.at(index);
+        if (!account)
+            continue;
+        const QString key = account->key();
+        if (user->isSubAccount(key) || user->hasSubAccount(key))
+            continue;
+        boost::shared_ptr<CAuthDetail> grant;
+        const bool granted = client && client->getAuthDetail(key, grant);
+        const int row = m_form->table()->addAccount(*account, granted ? grant.get() : nullptr);
+        m_rowAccounts.insert(row, account);
+        if (!m_accountIndex.contains(key))
+            m_accountIndex.insert(key, m_accounts.size());
+        m_accounts.append(account);
+    }
+}
+
+void CAuthSettingAccountsAuthorizeTabPage::fillGrantees()
+{
+    CAuthClient* client = getAuthClient();
+    QVector<QString> users;
+    if (!client || !client->getSubUserList(users))
+        return;
+    QStringList grantees;
+    for (const QString& user : std::as_const(users)) {
+        if (client->isSubUserActive(user))
+            grantees.append(user);
+    }
+    m_form->setGrantees(grantees);
+}
+
+bool CAuthSettingAccountsAuthorizeTabPage::isReadyToGrant()
+{
+    if (!m_form->table()->hasSelectedRow()) {
+        showResultTip(m_form->authorizeButton(), QStringLiteral("至少需选择一个账号"), outcomeTip);
+        return false;
+    }
+    if (m_form->grantee().isEmpty()) {
+        showResultTip(m_form->granteeEditor(), QStringLiteral("被授权人不能为空"), outcomeTip);
+        return false;
+    }
+    return true;
+}
+
+void CAuthSettingAccountsAuthorizeTabPage::onServerAuthTriggered(bool)
+{
+    if (isReadyToGrant())
+        slotAuthPasswordForServer(QString());
+}
+
+void CAuthSettingAccountsAuthorizeTabPage::slotAuthPasswordForServer(QString password)
+{
+    grantSelected(password, true);
+}
+
+void CAuthSettingAccountsAuthorizeTabPage::onFileAuthTriggered(bool)
+{
+    if (!isReadyToGrant())
+        return;
+    const QPointer<QWidget> self(this);
+    const QString path = chooseGrantFile(this);
+    if (!self)
+        return;
+    m_exportPath = path;
+    if (m_exportPath.isEmpty())
+        return;
+    askGrantPassword(this, boost::bind(&CAuthSettingAccountsAuthorizeTabPage::authPasswordForFile,
+                                       this, boost::placeholders::_1));
+}
+
+void CAuthSettingAccountsAuthorizeTabPage::authPasswordForFile(QString password)
+{
+    grantSelected(password, false);
+}
+
+void CAuthSettingAccountsAuthorizeTabPage::grantSelected(const QString& password, bool toServer)
+{
+    m_exportPassword = password;
+    m_pendingKeys.clear();
+    m_granted.clear();
+    CAuthClient* client = getAuthClient();
+    // The ticks may have gone while a dialog asked for file and password.
+    if (!client || !isReadyToGrant())
+        return;
+
+    QVector<boost::shared_ptr<CAuthDetail>> grants;
+    for (qsizetype index = 0; index < m_accounts.size(); ++index) {
+        if (m_form->table()->isSelected(static_cast<int>(index)))
+            m_pendingKeys.insert(m_accounts.at(index)->key());
+    }
+    for (qsizetype index = 0; index < m_accounts.size(); ++index) {
+        if (m_form->table()->isSelected(static_cast<int>(index)))
+            grants.append(newGrant(*m_accounts.at(index)));
+    }
+    beginRequest();
+    for (const auto& grant : std::as_const(grants)) {
+        client->addAuth(grant->grantee, grant->account, grant->limit, requestTag(this), toServer);
+        announceGrant(grant->account);
+    }
+}
+
+boost::shared_ptr<CAuthDetail>
+CAuthSettingAccountsAuthorizeTabPage::newGrant(const CAccount& account) const
+{
+    const CUserConfig* user = getUserConfig();
+    auto grant = boost::make_shared<CAuthDetail>();
+    grant->grantor = user ? user->userName : QString();
+    grant->grantee = m_form->grantee();
+    grant->account = account;
+    grant->limit = m_form->limit();
+    return grant;
+}
+
+void CAuthSettingAccountsAuthorizeTabPage::announceGrant(const mbservice::CAccountInfo& account)
+{
+    CUserConfig* user = getUserConfig();
+    CMsgService* messages = getMsgService();
+    const QString key = genAccountKeyQs(account);
+    const boost::shared_ptr<CAccount> known = user ? user->getAccountData(key) : nullptr;
+    if (!known || !messages)
+        return;
+    const QString text = QStringLiteral("账户") + accountDisplayIDQs(*known) +
+                         QStringLiteral("授权, 撤销所有执行任务");
+    messages->showAccountMsg(text, key, MSG_TYPE_AUTH, mbservice::MSG_LEVEL_INFO);
+}
+
+void CAuthSettingAccountsAuthorizeTabPage::slotAddAuthResult(QString grantee,
+                                                             mbservice::CAccountInfo account,
+                                                             CAuthLimit limit, QString grantRef,
+                                                             QVariant tag, bool ok, QString error,
+                                                             bool toServer)
+{
+    if (!isRequestOf(this, tag))
+        return;
+    const QString key = genAccountKeyQs(account);
+    m_pendingKeys.remove(key);
+    if (ok) {
+        const CUserConfig* user = getUserConfig();
+        auto grant = boost::make_shared<CAuthDetail>();
+        grant->grantRef = grantRef;
+        grant->grantor = user ? user->userName : QString();
+        grant->grantee = grantee;
+        grant->account = account;
+        grant->limit = limit;
+        const auto own = m_accountIndex.constFind(key);
+        if (own != m_accountIndex.constEnd())
+            grant->account.accountPrivate = m_accounts.at(*own)->accountPrivate;
+        m_granted.append(grant);
+    } else {
+        showResultTip(m_form->authorizeButton(), QStringLiteral("权限出错！错误信息：") + error,
+                      outcomeTip);
+    }
+    if (m_pendingKeys.isEmpty()) {
+        finishRequest(
+            boost::bind(&CAuthSettingAccountsAuthorizeTabPage::finishGrant, this, toServer));
+    }
+}
+
+void CAuthSettingAccountsAuthorizeTabPage::finishGrant(bool toServer)
+{
+    if (m_granted.isEmpty())
+        return;
+    bool ok = true;
+    if (!toServer) {
+        CAuthClient* client = getAuthClient();
+        ok = client && client->exportAuth(m_exportPath, m_exportPassword, m_granted) == 0;
+    }
+    if (ok)
+        reloadEverything();
+    const QString fileOutcome =
+        ok ? QStringLiteral("生成授权文件成功") : QStringLiteral("生成授权文件失败");
+    showResultTip(m_form->authorizeButton(), toServer ? QStringLiteral("授权成功") : fileOutcome,
+                  outcomeTip);
+}
+
+void CAuthSettingAccountsAuthorizeTabPage::reloadEverything()
+{
+    reloadData();
+    deliverEvent(EVENT_RELOAD_NAVIGATOR, 0, 0, QString(), nullptr);
+}
+
+void CAuthSettingAccountsAuthorizeTabPage::cancelGrant(int row)
+{
+    m_cancelRow = row;
+    const auto found = m_rowAccounts.constFind(row);
+    CAuthClient* client = getAuthClient();
+    if (found == m_rowAccounts.constEnd() || !client)
+        return;
+    const mbservice::CAccountInfo account = **found;
+    const QString grantee = m_form->table()->itemText(row, CBatchAccountsTable::GranteeColumn);
+    beginRequest();
+    client->delAuth(grantee, account, requestTag(this));
+}
+
+void CAuthSettingAccountsAuthorizeTabPage::slotDelAuthResult(QString, mbservice::CAccountInfo,
+                                                             QVariant tag, bool ok, QString error)
+{
+    if (!isRequestOf(this, tag))
+        return;
+    finishRequest(
+        boost::bind(&CAuthSettingAccountsAuthorizeTabPage::showCancelResult, this, ok, error));
+}
+
+void CAuthSettingAccountsAuthorizeTabPage::showCancelResult(bool ok, QString error)
+{
+    if (ok) {
+        reloadEverything();
+        return;
+    }
+    QWidget* operation =
+        m_form->table()->itemWidget(m_cancelRow, CBatchAccountsTable::OperationColumn);
+    showResultTip(operation, QStringLiteral("取消授权失败。错误信息：") + error, hintTip);
+}
+
+void CAuthSettingAccountsAuthorizeTabPage::slotCheckAuthuserResult(QString user, bool ok,
+                                                                   QString error)
+{
+    if (ok)
+        return;
+    showResultTip(m_form->granteeEditor(),
+                  QStringLiteral("无法对用户") + user + QStringLiteral("进行授权！错误信息：") +
+                      error,
+                  outcomeTip);
+}
+
+void CAuthSettingAccountsAuthorizeTabPage::onTicked(int row, bool ticked)
+{
+    if (ticked)
+        m_form->showPending(row);
+    else
+        m_form->table()->resetPending(row);
+}
+
+void CAuthSettingAccountsAuthorizeTabPage::checkGrantee()
+{
+    CAuthClient* client = getAuthClient();
+    if (client && !m_form->grantee().isEmpty())
+        client->checkAuthuser(m_form->grantee());
+    m_form->showPendingInSelected();
+}
+
+void CAuthSettingAccountsAuthorizeTabPage::checkDates()
+{
+    const qint64 days = m_form->days();
+    if (days == 1)
+        showResultTip(m_form->endEditor(), QStringLiteral("授权日期为1天"), hintTip);
+    else if (days < 1)
+        showResultTip(m_form->endEditor(), QStringLiteral("授权开始时间晚于结束时间"), hintTip);
+    m_form->authorizeButton()->setEnabled(days > 0);
+    m_form->showPendingInSelected();
+}
+
+void CAuthSettingAccountsAuthorizeTabPage::popUpMenu()
+{
+    const KZ::CMediumNormalButton* button = m_form->authorizeButton();
+    m_authMenu->popup(button->mapToGlobal(QPoint(0, button->height())));
+}
+
+bool CAuthSettingAccountsAuthorizeTabPage::handleEvent(int eventId, int param1, int param2,
+                                                       QString text, void* data)
+{
+    switch (eventId) {
+    case KZ::EVENT_BUTTON_CLICKED:
+        if (param1 != CBatchForm::AUTHORIZE_BUTTON_ID)
+            break;
+        popUpMenu();
+        return true;
+    case KZ::EVENT_CHECK_TOGGLED:
+        onTicked(param1, param2 != 0);
+        return true;
+    case KZ::EVENT_TEXT_COMMITTED:
+        if (param1 != CBatchForm::GRANTEE_EDITOR_ID)
+            break;
+        checkGrantee();
+        return true;
+    case KZ::EVENT_DATE_CHANGED:
+        if (param1 == CBatchForm::START_EDITOR_ID || param1 == CBatchForm::END_EDITOR_ID)
+            checkDates();
+        return true;
+    case KZ::EVENT_TEXT_EDITED:
+        return true;
+    case EVENT_CANCEL_AUTH:
+        cancelGrant(param1);
+        return true;
+    default:
+        break;
+    }
+    return CBaseWidget::handleEvent(eventId, param1, param2, text, data);
+}
+
+} // namespace GW
