@@ -1,0 +1,30 @@
+#include "kit/resources/KitStyle.h"
+
+#include "kit/resources/KitProxyStyle.h"
+
+#include <QApplication>
+#include <QPointer>
+#include <QWidget>
+
+namespace KZ {
+
+QStyle* kitStyle()
+{
+    // Tracked, because a program may make one application object after another.
+    static QPointer<CKitProxyStyle> style;
+    if (!style) {
+        style = new CKitProxyStyle;
+        style->setParent(QCoreApplication::instance());
+    }
+    return style;
+}
+
+void applyKitStyle(QWidget* root)
+{
+    root->setStyle(kitStyle());
+    const QList<QWidget*> descendants = root->findChildren<QWidget*>();
+    for (QWidget* widget : descendants)
+        widget->setStyle(kitStyle());
+}
+
+} // namespace KZ
