@@ -46,15 +46,15 @@ public:
     bool handleEvent(int eventId, int param1, int param2, QString text, void* data) override;
     void onUiResourceChanged() override;
 
-protected:
-    void showEvent(QShowEvent* event) override;
-
 private:
+    void acceptLater();
     bool isAcceptable() const;
+    QString emptyMessage() const;
     void refresh();
     void showMessage(const QString& text);
-    void arrange();
+    void takeIcon();
 
+    const QString m_iconKey;
     CSoftKeyboardLineEdit* m_edit;
     CSimpleTextWidget* m_message;
     CMediumNormalButton* m_ok;

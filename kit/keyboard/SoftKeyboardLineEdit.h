@@ -6,6 +6,8 @@
 
 #include <QPointer>
 
+#include <optional>
+
 class QAction;
 
 namespace KZ {
@@ -54,6 +56,7 @@ public:
 
 protected:
     bool event(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
@@ -63,11 +66,14 @@ protected:
 
 private:
     void wipe();
-    void showCapsLock(bool on);
+    void type(int key, const QString& text);
+    void showCapsLock(std::optional<bool> on);
+    void takeIcons();
 
     QAction* m_keyboardAction;
     QAction* m_capsLockAction;
     QPointer<CSoftKeyboardPopup> m_keyboard;
+    bool m_typesOnScreen = false;
 };
 
 } // namespace KZ

@@ -2,12 +2,15 @@
 
 #include "kit/KitExport.h"
 #include "kit/resources/UiResourceChangeHandler.h"
+#include "kit/tips/TipPlace.h"
+#include "kit/tips/TipTexts.h"
 
-#include <QElapsedTimer>
 #include <QFrame>
 #include <QPointer>
-#include <QStringList>
 #include <QTimer>
+
+class QLabel;
+class QToolButton;
 
 namespace KZ {
 
@@ -18,9 +21,10 @@ class CTipBody;
 /// Tips of one anchor join into one that counts and lists them. How long it stays: a tip with one
 /// text (however often repeated) for its duration, one with several hints about an input (kind 2)
 /// for their durations together, any other list until it is dismissed. Time stands still while the
-/// pointer is over the tip or the user is in another program. A click on a single text, the close
-/// button of a list and, for a list that stays, Esc dismiss it; hiding its window closes it too.
-/// GUI thread only.
+/// pointer is over the tip or the user is in another program, where the tip hides. A click on a
+/// single text and the close button of a list dismiss it, and so does Esc a list that stays, before
+/// the window gets to see the key; in such a list Alt+PageUp and Alt+PageDown scroll and
+/// Ctrl+Shift+C copies. Hiding its window closes the tip. GUI thread only.
 class KZKIT_EXPORT CMessageTip : public QFrame, public CUiResourceChangeHandler
 {
     Q_OBJECT
@@ -29,15 +33,16 @@ public:
     /// Shows `text` (plain text of any length, control characters made visible) at `anchor`.
     /// `alignment` is a combination of Qt::Alignment flags: AlignTop above the anchor, else below
     /// it; AlignRight with the right edges in line, AlignHCenter centred, else the left edges in
-    /// line (0x41 = below, left). `kind`: 1 note, 2 hint about an input, 3 outcome of an action.
-    /// `level`: from 2 on assistive tools are told at once. `duration` in hundredths of a second.
+    /// line (0x41 = below, left). `kind`: 1 note, 2 hint about an input, 3 outcome of an action;
+    /// others count as 1. `level`: from 2 on assistive tools are told at once. `duration` in
+    /// hundredths of a second; without a positive one the tip stays until it is dismissed.
     /// A hidden anchor is replaced by its nearest visible ancestor, a null one, or one whose
-    /// window a modal dialog blocks, by the active window; without any window the tip stands in the
-    /// middle of the screen. The anchor may be destroyed while the tip is shown.
+    /// window a modal dialog blocks, by the window that the user works in; without any window the
+    /// tip stands in the middle of the screen. The anchor may be destroyed while the tip is shown.
     static void showTip(QWidget* anchor, int alignment, const QString& text, int kind, int level,
                         int duration);
 
-    /// The tips that are shown, oldest first; not owned.
+    /// The tips that have not been closed, oldest first; not owned.
     static QList<CMessageTip*> visibleTips();
 
     /// Closes every tip.
@@ -45,18 +50,18 @@ public:
 
     ~CMessageTip() override;
 
-    /// Each text in the order of showTip().
+    /// Each text as given, in the order of showTip().
     QStringList texts() const;
     /// The kind of the latest text.
-    int kind() const;
+    int kind() const { return m_kind; }
     /// The widget given to showTip(), null when there was none or it has been destroyed.
-    QWidget* anchor() const;
+    QWidget* anchor() const { return m_anchor; }
     /// Whether the tip stays until it is dismissed.
-    bool isLasting() const;
+    bool isLasting() const { return m_lasting; }
 
-    /// Closes the tip and schedules its destruction.
+    /// Closes the tip; it is destroyed once control returns to the event loop.
     void dismiss();
-    /// Puts all texts on the clipboard, one per line.
+    /// Puts all texts on the clipboard, one below the other.
     void copyTexts() const;
 
     void onUiResourceChanged() override;
@@ -65,41 +70,41 @@ protected:
     bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
 
 private:
     CMessageTip(QWidget* window, QWidget* anchor, int alignment);
 
+    bool takes(QWidget* anchor) const;
     void add(const QString& text, int kind, int level, int duration);
     void takeTheme();
     void refresh();
     void arrange();
-    void place();
-    void takeShape();
     void runClock();
-    bool isClockHeld() const;
-    void onApplicationStateChanged();
-    bool handleWindowKey(QKeyEvent* event, bool isShortcutOverride);
+    void onClockRunOut();
+    void updateAway();
+    void onTextClicked();
+    bool handleWindowKey(QEvent* event, QObject* receiver);
 
-    QPointer<QWidget> m_anchor;
+    const QPointer<QWidget> m_window;
+    const QPointer<QWidget> m_anchor;
     const bool m_anchored;
     const int m_alignment;
     int m_kind = 0;
     bool m_loud = false;
+    bool m_untimed = false;
     bool m_lasting = false;
-    bool m_dismissed = false;
     bool m_hovered = false;
     bool m_away = false;
-    QStringList m_texts;
-    CTipTexts m_entries;
-    /// Milliseconds that the tip stays when nothing holds its clock.
-    int m_duration = 0;
+    /// Milliseconds for one text and for all together.
+    int m_longest = 0;
+    int m_total = 0;
+    CTipTexts m_texts;
     CTipPlace m_place;
     CTipBody* m_body;
-    CSimpleTextWidget* m_count;
+    QLabel* m_count;
     QToolButton* m_close;
     QTimer m_refreshTimer;
-    QTimer m_placeTimer;
+    QTimer m_arrangeTimer;
     QTimer m_closeTimer;
 };
 
