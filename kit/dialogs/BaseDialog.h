@@ -8,12 +8,14 @@
 
 namespace KZ {
 
-class CPushButton;
+class CCloseGlyph;
 
 /// Base of the kit's dialogs: a window without the system's frame that paints its own title bar and
 /// border, moves when the title bar is dragged and hides on Esc, on its close glyph and on
-/// EVENT_BUTTON_CLICKED with ID_BUTTON_CLOSE, each time through close(). It ends the chain of kit
-/// events only when it has no parent deliverer. GUI thread only.
+/// EVENT_BUTTON_CLICKED with ID_BUTTON_CLOSE, each time through close(), so that closeEvent() may
+/// refuse. Enter never presses a button but the focused one. Events that it does not handle go on
+/// to the deliverer it was opened from: a dialog that asks for something swallows its own editors'
+/// events. exec() returns Rejected when the dialog dies inside it. GUI thread only.
 class KZKIT_EXPORT CBaseDialog : public CEventWidgetT<QDialog>, public CUiResourceChangeHandler
 {
     Q_OBJECT
@@ -54,7 +56,7 @@ private:
     void takeTheme();
     QRect titleBarRect() const;
 
-    CPushButton* m_closeGlyph;
+    CCloseGlyph* m_closeGlyph;
     QPoint m_dragOffset;
     bool m_dragging = false;
 };

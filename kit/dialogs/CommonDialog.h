@@ -4,17 +4,14 @@
 
 namespace KZ {
 
-/// The dialog of the client's ordinary tasks: of fixed place relative to its parent window, over
-/// whose middle it appears the first time, and kept inside the screen.
+/// Base of the dialogs for the client's ordinary tasks: without a help button, and of a size that
+/// follows its content until somebody fixes it.
 class KZKIT_EXPORT CCommonDialog : public CCustomDialog
 {
     Q_OBJECT
 
 public:
     explicit CCommonDialog(QWidget* parent);
-
-protected:
-    void resizeEvent(QResizeEvent* event) override;
 };
 
 } // namespace KZ

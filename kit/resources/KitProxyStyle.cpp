@@ -54,9 +54,8 @@ void CKitProxyStyle::drawControl(ControlElement element, const QStyleOption* opt
         // Only the colour differs from the base; the option may be of the longer second version.
         if (const auto* const newer = qstyleoption_cast<const QStyleOptionHeaderV2*>(option)) {
             QStyleOptionHeaderV2 copy = *newer;
-            copy.palette.setColor(
-                QPalette::ButtonText,
-                CUiResource::getColor(QStringLiteral("clr_table_header_text")));
+            copy.palette.setColor(QPalette::ButtonText,
+                                  CUiResource::getColor(QStringLiteral("clr_table_header_text")));
             QProxyStyle::drawControl(element, &copy, painter, widget);
             return;
         }
@@ -70,14 +69,14 @@ void CKitProxyStyle::drawComplexControl(ComplexControl control, const QStyleOpti
                                         QPainter* painter, const QWidget* widget) const
 {
     if (control == CC_ScrollBar) {
-        CViewPainter::drawScrollBar(
-            *option, painter, subControlRect(control, option, SC_ScrollBarSlider, widget));
+        CViewPainter::drawScrollBar(*option, painter,
+                                    subControlRect(control, option, SC_ScrollBarSlider, widget));
         return;
     }
     const auto* const combo = qstyleoption_cast<const QStyleOptionComboBox*>(option);
     if (control == CC_ComboBox && combo) {
-        CControlPainter::drawComboBox(
-            *combo, painter, subControlRect(control, option, SC_ComboBoxArrow, widget));
+        CControlPainter::drawComboBox(*combo, painter,
+                                      subControlRect(control, option, SC_ComboBoxArrow, widget));
         return;
     }
     QProxyStyle::drawComplexControl(control, option, painter, widget);
@@ -181,8 +180,8 @@ QRect CKitProxyStyle::subControlRect(ComplexControl control, const QStyleOptionC
         if (const auto* const slider = qstyleoption_cast<const QStyleOptionSlider*>(option))
             return CViewPainter::scrollBarRect(*slider, subControl);
     }
-    if (control == CC_ComboBox && (subControl == SC_ComboBoxEditField ||
-                                   subControl == SC_ComboBoxArrow)) {
+    if (control == CC_ComboBox &&
+        (subControl == SC_ComboBoxEditField || subControl == SC_ComboBoxArrow)) {
         const int arrow = size("gw_siz_kit_editor_button_width");
         const QRect rect = option->rect;
         QRect part;

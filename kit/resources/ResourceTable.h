@@ -14,15 +14,18 @@ namespace KZ {
 class CResourceTable
 {
 public:
-    struct ThemedText {
+    struct ThemedText
+    {
         QString light;
         QString dark;
     };
-    struct ThemedColor {
+    struct ThemedColor
+    {
         QColor light;
         QColor dark;
     };
-    struct IconEntry {
+    struct IconEntry
+    {
         ThemedText file;
         QString colorKey;
     };

@@ -68,9 +68,8 @@ void CStylePainter::editorPanel(QPainter* painter, const QStyleOption& option, c
 
 void CStylePainter::checkBox(QPainter* painter, const QStyleOption& option, const QRect& rect)
 {
-    const int side =
-        std::min({CUiResource::getSize(QStringLiteral("gw_siz_kit_check_box")), rect.width(),
-                  rect.height()});
+    const int side = std::min({CUiResource::getSize(QStringLiteral("gw_siz_kit_check_box")),
+                               rect.width(), rect.height()});
     const QRect box = QStyle::alignedRect(option.direction, Qt::AlignCenter, {side, side}, rect);
     const bool enabled = option.state & QStyle::State_Enabled;
     const bool marked = option.state & (QStyle::State_On | QStyle::State_NoChange);

@@ -59,8 +59,8 @@ QPixmap CSvgIconEngine::pixmap(const QSize& size, QIcon::Mode mode, QIcon::State
     QSvgRenderer renderer(coloredSvg(path, color));
     QPainter painter(&drawn);
     const int side = std::min(size.width(), size.height());
-    renderer.render(&painter, QRectF((size.width() - side) / 2.0, (size.height() - side) / 2.0,
-                                     side, side));
+    renderer.render(&painter,
+                    QRectF((size.width() - side) / 2.0, (size.height() - side) / 2.0, side, side));
     painter.end();
     QPixmapCache::insert(cacheKey, drawn);
     return drawn;

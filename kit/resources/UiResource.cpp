@@ -118,8 +118,8 @@ QPalette CUiResource::palette()
     setForAllGroups(palette, QPalette::Dark, "clr_border_control");
     setForAllGroups(palette, QPalette::Shadow, "clr_frame");
     const QColor disabledText = getColor(QStringLiteral("clr_text_disabled"));
-    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text,
-                                           QPalette::ButtonText, QPalette::HighlightedText})
+    for (const QPalette::ColorRole role :
+         {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::HighlightedText})
         palette.setColor(QPalette::Disabled, role, disabledText);
     const QColor disabledPanel = getColor(QStringLiteral("clr_panel_disabled"));
     palette.setColor(QPalette::Disabled, QPalette::Base, disabledPanel);

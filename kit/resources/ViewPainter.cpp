@@ -77,8 +77,8 @@ void drawTabLabel(const QStyleOptionTab& option, QPainter* painter, const QStyle
         key = "clr_text";
     painter->save();
     painter->setPen(color(key));
-    style.drawItemText(painter, option.rect, Qt::AlignCenter | Qt::TextHideMnemonic,
-                       option.palette, true, option.text);
+    style.drawItemText(painter, option.rect, Qt::AlignCenter | Qt::TextHideMnemonic, option.palette,
+                       true, option.text);
     painter->restore();
     if ((option.state & QStyle::State_HasFocus) &&
         (option.state & QStyle::State_KeyboardFocusChange))
@@ -90,10 +90,9 @@ void drawMenuItem(const QStyleOptionMenuItem& option, QPainter* painter, const Q
     const QRect rect = option.rect;
     const int padding = size("gw_siz_kit_menu_padding");
     if (option.menuItemType == QStyleOptionMenuItem::Separator) {
-        CStylePainter::fill(painter,
-                            QRect(rect.left() + padding, rect.center().y(),
-                                  rect.width() - 2 * padding, 1),
-                            QStringLiteral("clr_border"));
+        CStylePainter::fill(
+            painter, QRect(rect.left() + padding, rect.center().y(), rect.width() - 2 * padding, 1),
+            QStringLiteral("clr_border"));
         return;
     }
     const bool enabled = option.state & QStyle::State_Enabled;
@@ -157,8 +156,8 @@ void drawProgressContents(const QStyleOptionProgressBar& option, QPainter* paint
         painter->restore();
         return;
     }
-    const double share = (double(option.progress) - option.minimum) /
-                         (double(option.maximum) - option.minimum);
+    const double share =
+        (double(option.progress) - option.minimum) / (double(option.maximum) - option.minimum);
     const int length = int(rect.width() * std::clamp(share, 0.0, 1.0));
     if (length > 0)
         CStylePainter::panel(painter, QRect(rect.left(), rect.top(), length, rect.height()),
@@ -240,9 +239,9 @@ bool CViewPainter::drawControl(QStyle::ControlElement element, const QStyleOptio
         return true;
     case QStyle::CE_HeaderEmptyArea:
         CStylePainter::fill(painter, option.rect, QStringLiteral("clr_table_header"));
-        CStylePainter::fill(
-            painter, QRect(option.rect.left(), option.rect.bottom(), option.rect.width(), 1),
-            QStringLiteral("clr_border"));
+        CStylePainter::fill(painter,
+                            QRect(option.rect.left(), option.rect.bottom(), option.rect.width(), 1),
+                            QStringLiteral("clr_border"));
         return true;
     case QStyle::CE_ProgressBarGroove:
         CStylePainter::panel(painter, option.rect, QStringLiteral("clr_progress_track"), QString());
@@ -280,12 +279,12 @@ QRect CViewPainter::scrollBarRect(const QStyleOptionSlider& option, QStyle::SubC
     if (range > 0)
         length = std::clamp(int(room * qint64(option.pageStep) / (range + option.pageStep)),
                             std::min(room, size("gw_siz_kit_scroll_bar_handle_min")), room);
-    const int start = QStyle::sliderPositionFromValue(option.minimum, option.maximum,
-                                                      option.sliderPosition, room - length,
-                                                      option.upsideDown);
+    const int start = QStyle::sliderPositionFromValue(
+        option.minimum, option.maximum, option.sliderPosition, room - length, option.upsideDown);
     const auto slice = [&](int from, int to) {
-        const QRect piece = horizontal ? QRect(rect.left() + from, rect.top(), to - from, rect.height())
-                                       : QRect(rect.left(), rect.top() + from, rect.width(), to - from);
+        const QRect piece = horizontal
+                                ? QRect(rect.left() + from, rect.top(), to - from, rect.height())
+                                : QRect(rect.left(), rect.top() + from, rect.width(), to - from);
         return QStyle::visualRect(option.direction, rect, piece);
     };
     switch (part) {

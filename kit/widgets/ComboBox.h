@@ -2,6 +2,7 @@
 
 #include "kit/events/EventWidget.h"
 #include "kit/resources/UiResourceChangeHandler.h"
+#include "kit/widgets/EditTracker.h"
 
 #include <QComboBox>
 
@@ -32,17 +33,15 @@ public:
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
-    void changeEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
 
 private:
+    void takeEditor(QLineEdit* editor);
     void commit();
-    void commitIfTyped();
-    void leave(Qt::FocusReason reason);
 
     const int m_id;
-    /// Whether the user typed since the last commit or program change.
-    bool m_typed = false;
+    CEditTracker m_tracker;
 };
 
 } // namespace KZ

@@ -2,6 +2,7 @@
 
 #include "kit/events/EventWidget.h"
 #include "kit/resources/UiResourceChangeHandler.h"
+#include "kit/widgets/EditTracker.h"
 
 #include <QLineEdit>
 
@@ -30,15 +31,13 @@ public:
 
 protected:
     void focusOutEvent(QFocusEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
     void commit();
 
     const int m_id;
-    /// Whether the user typed since the last commit or program change.
-    bool m_typed = false;
+    CEditTracker m_tracker;
 };
 
 } // namespace KZ

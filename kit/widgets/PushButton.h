@@ -22,6 +22,9 @@ protected:
     Look look() const override;
     QString paddingKey() const override;
     bool event(QEvent* event) override;
+
+private:
+    QString m_toolTipName;
 };
 
 } // namespace KZ

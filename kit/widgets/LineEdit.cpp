@@ -1,0 +1,74 @@
+#include "kit/widgets/LineEdit.h"
+
+#include "kit/events/EventIds.h"
+#include "kit/resources/KitStyle.h"
+#include "kit/resources/UiResource.h"
+#include "kit/widgets/EditorMenu.h"
+#include "kit/widgets/PlainTextValidator.h"
+
+#include <QContextMenuEvent>
+#include <QFocusEvent>
+#include <QPointer>
+
+namespace KZ {
+
+CLineEdit::CLineEdit(int id, QWidget* parent) : CEventWidgetT<QLineEdit>(parent), m_id(id)
+{
+    setStyle(kitStyle());
+    setMaxLength(MAX_TEXT_LENGTH);
+    setValidator(new CPlainTextValidator(this));
+    resize(sizeHint());
+    setAttribute(Qt::WA_Resized, false);
+    connect(this, &QLineEdit::returnPressed, this, &CLineEdit::commit);
+    connect(this, &QLineEdit::textChanged, this,
+            [this](const QString& text) { m_tracker.textChanged(text); });
+    connect(this, &QLineEdit::textEdited, this, [this](const QString& text) {
+        m_tracker.textEdited(text);
+        deliverEvent(EVENT_TEXT_EDITED, m_id, 0, text, static_cast<QWidget*>(this));
+    });
+}
+
+CLineEdit::~CLineEdit() = default;
+
+void CLineEdit::commit()
+{
+    m_tracker.commit(text());
+    deliverEvent(EVENT_TEXT_COMMITTED, m_id, 0, text(), static_cast<QWidget*>(this));
+}
+
+QSize CLineEdit::sizeHint() const
+{
+    return {CUiResource::getSize(QStringLiteral("gw_siz_kit_editor_width")),
+            CUiResource::getSize(QStringLiteral("gw_siz_kit_editor_height"))};
+}
+
+QSize CLineEdit::minimumSizeHint() const
+{
+    return {2 * CUiResource::getSize(QStringLiteral("gw_siz_kit_editor_button_width")),
+            CUiResource::getSize(QStringLiteral("gw_siz_kit_editor_height"))};
+}
+
+void CLineEdit::onUiResourceChanged()
+{
+    update();
+}
+
+void CLineEdit::focusOutEvent(QFocusEvent* event)
+{
+    CEventWidgetT<QLineEdit>::focusOutEvent(event);
+    // A context menu and another program's window take the focus only for a while.
+    if (event->reason() == Qt::PopupFocusReason || event->reason() == Qt::ActiveWindowFocusReason)
+        return;
+    const QPointer<CLineEdit> guard(this);
+    if (m_tracker.isChanged(text()))
+        commit();
+    if (guard)
+        deliverEvent(EVENT_FOCUS_LEFT, m_id, 0, text(), static_cast<QWidget*>(this));
+}
+
+void CLineEdit::contextMenuEvent(QContextMenuEvent* event)
+{
+    showEditorMenu(this, event->globalPos());
+}
+
+} // namespace KZ

@@ -1,0 +1,122 @@
+#include "kit/widgets/SimpleTextWidget.h"
+
+#include "kit/resources/UiResource.h"
+
+#include <QEvent>
+#include <QFontMetrics>
+#include <QHelpEvent>
+#include <QPainter>
+#include <QToolTip>
+
+#include <algorithm>
+
+namespace KZ {
+
+CSimpleTextWidget::CSimpleTextWidget(const QString& text, QWidget* parent) : CBaseWidget(parent)
+{
+    setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
+    setText(text);
+}
+
+void CSimpleTextWidget::setText(const QString& text, int maxWidth)
+{
+    m_text = text;
+    m_maxWidth = std::max(0, maxWidth);
+    setAccessibleName(text);
+    setAccessibleTarget(m_target);
+    takeTextSize();
+    update();
+}
+
+void CSimpleTextWidget::setTextColorKey(const QString& key)
+{
+    m_colorKey = key;
+    update();
+}
+
+void CSimpleTextWidget::setTextFontKey(const QString& key)
+{
+    m_fontKey = key;
+    if (!key.isEmpty())
+        setFont(CUiResource::getFont(key));
+    takeTextSize();
+}
+
+void CSimpleTextWidget::setAccessibleTarget(QWidget* target)
+{
+    m_target = target;
+    if (!target)
+        return;
+    // Captions are spread with ideographic spaces, which a screen reader would stumble over.
+    QString name = m_text;
+    name.remove(QChar(QChar::Nbsp)).remove(QChar(0x3000)).remove(QLatin1Char(' '));
+    target->setAccessibleName(name);
+}
+
+QString CSimpleTextWidget::shownText() const
+{
+    return fontMetrics().elidedText(m_text, Qt::ElideRight, width());
+}
+
+QSize CSimpleTextWidget::sizeHint() const
+{
+    const QFontMetrics metrics = fontMetrics();
+    return {std::min(metrics.horizontalAdvance(m_text), m_maxWidth), metrics.height()};
+}
+
+QSize CSimpleTextWidget::minimumSizeHint() const
+{
+    const QSize hint = sizeHint();
+    return {std::min(hint.width(), 2 * hint.height()), hint.height()};
+}
+
+void CSimpleTextWidget::onUiResourceChanged()
+{
+    if (!m_fontKey.isEmpty())
+        setFont(CUiResource::getFont(m_fontKey));
+    CBaseWidget::onUiResourceChanged();
+}
+
+void CSimpleTextWidget::takeTextSize()
+{
+    resize(sizeHint());
+    // A layout is to ask for the hint again each time the text changes.
+    setAttribute(Qt::WA_Resized, false);
+    updateGeometry();
+}
+
+void CSimpleTextWidget::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::FontChange)
+        takeTextSize();
+    CBaseWidget::changeEvent(event);
+}
+
+bool CSimpleTextWidget::event(QEvent* event)
+{
+    if (event->type() == QEvent::ToolTip && toolTip().isEmpty()) {
+        if (shownText() == m_text) {
+            event->ignore();
+        } else {
+            // Escaped, because a tool tip takes what looks like markup for markup.
+            QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), m_text.toHtmlEscaped(),
+                               this);
+        }
+        return true;
+    }
+    return CBaseWidget::event(event);
+}
+
+void CSimpleTextWidget::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    if (!isEnabled())
+        painter.setPen(CUiResource::getColor(QStringLiteral("clr_text_disabled")));
+    else if (m_colorKey.isEmpty())
+        painter.setPen(palette().color(QPalette::WindowText));
+    else
+        painter.setPen(CUiResource::getColor(m_colorKey));
+    painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, shownText());
+}
+
+} // namespace KZ
