@@ -47,8 +47,8 @@ public:
 
 private:
     bool fail(int error);
-    bool writeTemporary(int descriptor, QByteArrayView bytes);
-    int rename(Replace replace) const;
+    static int writeTemporary(int descriptor, QByteArrayView bytes);
+    int moveIntoPlace(Replace replace) const;
 
     QByteArray m_target;
     QByteArray m_temporary;
