@@ -56,9 +56,9 @@ SealedFileError sealToBytes(QByteArrayView payload, const QString& password, Sea
 SealedFileError openBytes(QByteArrayView file, const QString& password, bool allowTestProfile,
                           SecretBytes* payload);
 
-/// Reads the file at `path` into `*bytes`. Refuses what is no regular file, so that a pipe or a
-/// device never makes the caller wait. Errors: Io (errno says why), Damaged (longer than
-/// sealedfile::maxFileSize), OutOfMemory. Any thread.
+/// Reads the file at `path` into `*bytes`, at most one byte more than sealedfile::maxFileSize: too
+/// much for openBytes(), which then refuses it. Only regular files are read, so that a pipe or a
+/// device never makes the caller wait. Errors: Io (errno says why), OutOfMemory. Any thread.
 SealedFileError readSealedFile(const QString& path, QByteArray* bytes);
 
 /// What to tell the user about `error`, in Chinese; empty for None.
