@@ -26,11 +26,15 @@ public:
     /// Writes `layouts`, whole or not at all. False, with a line in the log, when that failed.
     bool save(const QMap<int, QString>& layouts);
 
+    /// Empty when nothing is kept.
     QString path() const { return m_path; }
+    /// Where the first save puts a file that cannot be used.
+    QString unreadablePath() const;
 
 private:
     std::optional<QMap<int, QString>> parse(const QByteArray& bytes, QString* reason) const;
     QMap<int, QString> refuse(const QString& reason);
+    bool failToSave(const QString& reason) const;
 
     QString m_path;
     QString m_userName;
