@@ -58,16 +58,15 @@ private:
     boost::shared_ptr<CAccount> account() const;
     mbservice::EAuthType authType() const;
     void connectClient();
+    void checkUser();
     bool checkGrantee();
     void checkDates();
-    void updateGrantButton();
     void popUpMenu();
     void authPasswordForFile(QString password);
     void grant(const CAuthLimit& limit, bool toServer);
+    void finishGrant(const QString& grantee, const mbservice::CAccountInfo& account,
+                     const CAuthLimit& limit, const QString& grantRef, bool toServer);
     void cancelGrant();
-    void finishGrant(QString grantee, mbservice::CAccountInfo account, CAuthLimit limit,
-                     QString grantRef, bool ok, QString error, bool toServer);
-    void finishCancel(bool ok, QString error);
     void reloadEverything();
 
     CSingleAccountForm* m_form;

@@ -1,0 +1,378 @@
+#include "authsetting/authorize/AuthSettingSingleAccountAuthorizeTabPage.h"
+
+#include "authsetting/authorize/GrantFilePrompt.h"
+#include "authsetting/authorize/MarginThreshold.h"
+#include "authsetting/authorize/SecretText.h"
+#include "authsetting/authorize/SingleAccountForm.h"
+#include "authsetting/services/AccountKey.h"
+#include "authsetting/services/AuthClient.h"
+#include "authsetting/services/MsgService.h"
+#include "authsetting/services/Services.h"
+#include "authsetting/services/UserConfig.h"
+#include "authsetting/shell/AuthSettingEvents.h"
+#include "authsetting/shell/AuthSettingIds.h"
+#include "authsetting/shell/RequestTag.h"
+#include "authsetting/shell/ResultTip.h"
+#include "kit/dates/SoftCalendarLineEdit.h"
+#include "kit/events/EventIds.h"
+#include "kit/table/CellEdit.h"
+#include "kit/widgets/ComboBox.h"
+#include "kit/widgets/LineEdit.h"
+#include "kit/widgets/MediumNormalButton.h"
+#include "kit/widgets/Menu.h"
+
+#include <QHideEvent>
+#include <QPointer>
+#include <QScopedValueRollback>
+#include <QShowEvent>
+
+#include <boost/bind/bind.hpp>
+#include <boost/make_shared.hpp>
+
+#include <utility>
+
+namespace GW {
+
+namespace {
+
+constexpr int hintKind = 2;
+constexpr int outcomeKind = 3;
+
+int pageOf(bool single)
+{
+    return single ? ID_FUTURE_AUTHSETTING_PAGE_ACCOUNTS_AUTHORIZE
+                  : ID_FUTURE_AUTHSETTING_PAGE_IMPORT_AUTHORIZATION;
+}
+
+int subPageOf(bool single)
+{
+    return single ? ID_FUTURE_AUTHSETTING_SUBPAGE_SINGLE_ACCOUNT
+                  : ID_FUTURE_AUTHSETTING_SUBPAGE_SINGLE_AUTHORIZATION;
+}
+
+int tabPageOf(bool single)
+{
+    return single ? ID_FUTURE_AUTHSETTING_TABPAGE_SINGLE_ACCOUNT_AUTHORIZE
+                  : ID_FUTURE_AUTHSETTING_TABPAGE_SINGLE_AUTHORIZATION_AUTHORIZE;
+}
+
+void judgeThreshold(void* data)
+{
+    auto* edit = static_cast<KZ::CCellEdit*>(data);
+    if (edit && !normalizeMarginThreshold(edit->text))
+        edit->accepted = false;
+}
+
+} // namespace
+
+CAuthSettingSingleAccountAuthorizeTabPage::CAuthSettingSingleAccountAuthorizeTabPage(
+    bool single, QWidget* parent)
+    : IAuthSettingTabPage(pageOf(single), subPageOf(single), tabPageOf(single), parent),
+      m_form(new CSingleAccountForm(this)), m_granted(boost::make_shared<CAuthDetail>()),
+      m_menu(new KZ::CMenu(this))
+{
+    setInnerStretchWidget(m_form, 0, 0, 0, 0);
+    const QAction* file = m_menu->addAction(QStringLiteral("文件授权"));
+    const QAction* server = m_menu->addAction(QStringLiteral("服务器授权"));
+    connect(file, &QAction::triggered, this,
+            &CAuthSettingSingleAccountAuthorizeTabPage::onFileAuthTriggered);
+    connect(server, &QAction::triggered, this,
+            &CAuthSettingSingleAccountAuthorizeTabPage::onServerAuthTriggered);
+    connectClient();
+    setDisabled(true);
+}
+
+CAuthSettingSingleAccountAuthorizeTabPage::~CAuthSettingSingleAccountAuthorizeTabPage()
+{
+    wipeSecret(m_exportPassword);
+}
+
+void CAuthSettingSingleAccountAuthorizeTabPage::connectClient()
+{
+    const CAuthClient* client = getAuthClient();
+    if (!client)
+        return;
+    using Self = CAuthSettingSingleAccountAuthorizeTabPage;
+    connect(client, &CAuthClient::sigAddAuthResult, this, &Self::slotAddAuthResult);
+    connect(client, &CAuthClient::sigDelAuthResult, this, &Self::slotDelAuthResult);
+    connect(client, &CAuthClient::sigCheckAuthuserResult, this, &Self::slotCheckAuthuserResult);
+}
+
+boost::shared_ptr<CAccount> CAuthSettingSingleAccountAuthorizeTabPage::account() const
+{
+    CUserConfig* user = getUserConfig();
+    return user ? user->getAccountData(key()) : boost::shared_ptr<CAccount>();
+}
+
+mbservice::EAuthType CAuthSettingSingleAccountAuthorizeTabPage::authType() const
+{
+    const boost::shared_ptr<CAccount> shown = account();
+    return shown ? shown->authType : mbservice::AUTH_TYPE_UNKNOWN;
+}
+
+void CAuthSettingSingleAccountAuthorizeTabPage::reloadData()
+{
+    const QScopedValueRollback<bool> leaving(m_leavingByProgram, true);
+    m_form->reset();
+    if (m_shownKey != key())
+        m_form->setConditionTicked(false);
+    m_shownKey = key();
+    m_form->fillGrantees();
+
+    const boost::shared_ptr<CAccount> shown = account();
+    const mbservice::EAuthType type = shown ? shown->authType : mbservice::AUTH_TYPE_UNKNOWN;
+    m_form->setGrantable(type == mbservice::AUTH_TYPE_NOT_GRANTED);
+
+    KZ::CMediumNormalButton* button = m_form->grantButton();
+    if (type == mbservice::AUTH_TYPE_GRANTED_TO_OTHER) {
+        button->setText(QStringLiteral("取消授权"));
+        button->clearIcon();
+    } else {
+        button->setText(QStringLiteral("授权"));
+        button->setIcon(QStringLiteral("gw_img_auth_export"), 0, 6);
+    }
+    button->setEnabled(false);
+
+    m_form->showAccount(shown.get());
+    boost::shared_ptr<CAuthDetail> grant;
+    CAuthClient* client = getAuthClient();
+    if (client && client->getAuthDetail(key(), grant) && grant)
+        m_form->showGrant(*grant);
+}
+
+void CAuthSettingSingleAccountAuthorizeTabPage::onActive()
+{
+    // The reload left the button disabled; who looks at the page must be able to act.
+    const mbservice::EAuthType type = authType();
+    const bool grantable = type == mbservice::AUTH_TYPE_NOT_GRANTED && m_form->rangeDays() >= 1;
+    m_form->grantButton()->setEnabled(grantable || type == mbservice::AUTH_TYPE_GRANTED_TO_OTHER);
+}
+
+bool CAuthSettingSingleAccountAuthorizeTabPage::handleEvent(int eventId, int param1, int param2,
+                                                            QString text, void* data)
+{
+    const bool fromGrantee = param1 == CSingleAccountForm::ID_GRANTEE;
+    switch (eventId) {
+    case KZ::EVENT_BUTTON_CLICKED:
+        if (param1 != CSingleAccountForm::ID_GRANT_BUTTON)
+            break;
+        if (authType() == mbservice::AUTH_TYPE_GRANTED_TO_OTHER)
+            cancelGrant();
+        else
+            popUpMenu();
+        return true;
+    case KZ::EVENT_CELL_EDITED:
+        judgeThreshold(data);
+        return true;
+    case KZ::EVENT_TEXT_COMMITTED:
+        if (!fromGrantee)
+            break;
+        checkUser();
+        return true;
+    case KZ::EVENT_DATE_CHANGED:
+        if (param1 != CSingleAccountForm::ID_START && param1 != CSingleAccountForm::ID_END)
+            break;
+        checkDates();
+        return true;
+    case KZ::EVENT_FOCUS_LEFT:
+        if (!fromGrantee)
+            break;
+        // The platform's field shares the number but says nothing about the grantee.
+        if (!m_leavingByProgram && data != static_cast<QWidget*>(m_form->platformEdit()))
+            checkGrantee();
+        return true;
+    default:
+        break;
+    }
+    return CBaseWidget::handleEvent(eventId, param1, param2, text, data);
+}
+
+void CAuthSettingSingleAccountAuthorizeTabPage::showEvent(QShowEvent* event)
+{
+    if (!event->spontaneous())
+        m_leavingByProgram = false;
+    IAuthSettingTabPage::showEvent(event);
+}
+
+void CAuthSettingSingleAccountAuthorizeTabPage::hideEvent(QHideEvent* event)
+{
+    // Closing the dialog takes the focus from an empty grantee, which is no mistake of the user.
+    if (!event->spontaneous())
+        m_leavingByProgram = true;
+    IAuthSettingTabPage::hideEvent(event);
+}
+
+void CAuthSettingSingleAccountAuthorizeTabPage::checkUser()
+{
+    const QString grantee = m_form->granteeBox()->currentText();
+    CAuthClient* client = getAuthClient();
+    if (client && !grantee.isEmpty())
+        client->checkAuthuser(grantee);
+}
+
+bool CAuthSettingSingleAccountAuthorizeTabPage::checkGrantee()
+{
+    if (!m_form->granteeBox()->currentText().isEmpty())
+        return true;
+    showResultTip(m_form->granteeBox(), QStringLiteral("被授权人不能为空"), outcomeKind);
+    return false;
+}
+
+void CAuthSettingSingleAccountAuthorizeTabPage::checkDates()
+{
+    QWidget* end = m_form->endEdit();
+    if (!m_form->startEdit()->isEnabled() || !end->isEnabled())
+        return;
+    const qint64 days = m_form->rangeDays();
+    if (days == 1)
+        showResultTip(end, QStringLiteral("授权日期为1天"), hintKind);
+    else if (days < 1)
+        showResultTip(end, QStringLiteral("授权开始时间晚于结束时间"), hintKind);
+    m_form->grantButton()->setEnabled(days >= 1);
+}
+
+void CAuthSettingSingleAccountAuthorizeTabPage::popUpMenu()
+{
+    const QWidget* button = m_form->grantButton();
+    m_menu->popup(button->mapToGlobal(QPoint(0, button->height() + 1)));
+}
+
+void CAuthSettingSingleAccountAuthorizeTabPage::onServerAuthTriggered(bool)
+{
+    if (checkGrantee())
+        slotAuthPasswordForServer(QString());
+}
+
+void CAuthSettingSingleAccountAuthorizeTabPage::slotAuthPasswordForServer(QString password)
+{
+    wipeSecret(m_exportPassword);
+    m_exportPassword = password.trimmed();
+    grant(m_form->limit(false), true);
+}
+
+void CAuthSettingSingleAccountAuthorizeTabPage::onFileAuthTriggered(bool)
+{
+    if (!checkGrantee())
+        return;
+    const QPointer<CAuthSettingSingleAccountAuthorizeTabPage> self = this;
+    const QString path = chooseGrantFile(this);
+    if (!self || path.isEmpty())
+        return;
+    m_exportPath = path;
+    askGrantPassword(this,
+                     boost::bind(&CAuthSettingSingleAccountAuthorizeTabPage::authPasswordForFile,
+                                 this, boost::placeholders::_1));
+}
+
+void CAuthSettingSingleAccountAuthorizeTabPage::authPasswordForFile(QString password)
+{
+    wipeSecret(m_exportPassword);
+    m_exportPassword = password;
+    // A file names whole percents only, unlike a grant on the server.
+    grant(m_form->limit(true), false);
+}
+
+void CAuthSettingSingleAccountAuthorizeTabPage::grant(const CAuthLimit& limit, bool toServer)
+{
+    const boost::shared_ptr<CAccount> granted = account();
+    CAuthClient* client = getAuthClient();
+    if (!granted || !client)
+        return;
+    const QString grantee = m_form->granteeBox()->currentText();
+    CAuthLimit sent = limit;
+    beginRequest();
+    client->addAuth(grantee, *granted, sent, requestTag(this), toServer);
+    if (CMsgService* messages = getMsgService()) {
+        messages->showAccountMsg(tr("账户") + grantee + QStringLiteral("授权, 撤销所有执行任务"),
+                                 genAccountKeyQs(*granted), MSG_TYPE_AUTH,
+                                 mbservice::MSG_LEVEL_INFO);
+    }
+}
+
+void CAuthSettingSingleAccountAuthorizeTabPage::slotAddAuthResult(
+    QString grantee, mbservice::CAccountInfo account, CAuthLimit limit, QString grantRef,
+    QVariant tag, bool ok, QString error, bool toServer)
+{
+    if (!isRequestOf(this, tag))
+        return;
+    finishRequest([this, grantee, account, limit, grantRef, ok, error, toServer] {
+        if (ok)
+            finishGrant(grantee, account, limit, grantRef, toServer);
+        else
+            showResultTip(m_form->grantButton(), QStringLiteral("授权失败！原因：") + error,
+                          outcomeKind);
+    });
+}
+
+void CAuthSettingSingleAccountAuthorizeTabPage::finishGrant(const QString& grantee,
+                                                            const mbservice::CAccountInfo& account,
+                                                            const CAuthLimit& limit,
+                                                            const QString& grantRef, bool toServer)
+{
+    if (CUserConfig* user = getUserConfig())
+        m_granted->grantor = user->userName;
+    m_granted->grantee = grantee;
+    m_granted->account = account;
+    m_granted->grantRef = grantRef;
+    m_granted->limit = limit;
+    // The service does not echo the owner's secret.
+    CUserConfig* user = getUserConfig();
+    if (const auto own =
+            user ? user->getAccountData(genAccountKeyQs(account)) : boost::shared_ptr<CAccount>())
+        m_granted->account.accountPrivate = own->accountPrivate;
+
+    CAuthClient* client = getAuthClient();
+    const bool done = toServer || (client && client->exportAuth(m_exportPath, m_exportPassword,
+                                                                m_granted, false) == 0);
+    wipeSecret(m_exportPassword);
+    if (done)
+        reloadEverything();
+    const QString text = toServer ? QStringLiteral("授权成功")
+                         : done   ? QStringLiteral("生成授权文件成功")
+                                  : QStringLiteral("生成授权文件失败");
+    showResultTip(m_form->grantButton(), text, outcomeKind);
+}
+
+void CAuthSettingSingleAccountAuthorizeTabPage::cancelGrant()
+{
+    CAuthClient* client = getAuthClient();
+    boost::shared_ptr<CAuthDetail> grant;
+    if (!client || !client->getAuthDetail(key(), grant) || !grant)
+        return;
+    beginRequest();
+    client->delAuth(grant->grantee, grant->account, requestTag(this));
+}
+
+void CAuthSettingSingleAccountAuthorizeTabPage::slotDelAuthResult(QString, mbservice::CAccountInfo,
+                                                                  QVariant tag, bool ok,
+                                                                  QString error)
+{
+    if (!isRequestOf(this, tag))
+        return;
+    finishRequest([this, ok, error] {
+        if (ok)
+            reloadEverything();
+        else
+            showResultTip(m_form->grantButton(), QStringLiteral("取消授权失败。错误信息：") + error,
+                          hintKind);
+    });
+}
+
+void CAuthSettingSingleAccountAuthorizeTabPage::reloadEverything()
+{
+    reloadData();
+    deliverEvent(EVENT_RELOAD_NAVIGATOR, 0, 0, QString(), nullptr);
+}
+
+void CAuthSettingSingleAccountAuthorizeTabPage::slotCheckAuthuserResult(QString user, bool ok,
+                                                                        QString error)
+{
+    if (ok)
+        return;
+    showResultTip(m_form->granteeBox(),
+                  QStringLiteral("无法对用户") + user + QStringLiteral("进行授权！错误信息：") +
+                      error,
+                  outcomeKind);
+}
+
+} // namespace GW
