@@ -34,8 +34,8 @@ private:
     void buildLayout();
     void fillRow(int row, const CAccount& account);
     void chooseFile();
-    void importFile(QString path, QString password);
-    void showResult(bool success, QString error);
+    void importFile(const QString& path, const QString& password);
+    void showResult(bool success, const QString& error);
 
     /// Never set: every tip of this page is shown where the user looks.
     QWidget* m_tipAnchor = nullptr;

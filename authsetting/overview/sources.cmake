@@ -1,2 +1,3 @@
 set(overview_SOURCES)
 list(APPEND overview_SOURCES AuthSettingAccountsOverviewTabPage.cpp AuthSettingAccountsOverviewTabPage.h)
+list(APPEND overview_SOURCES AuthSettingImportAuthorizationTabPage.cpp AuthSettingImportAuthorizationTabPage.h)
