@@ -37,7 +37,7 @@ private:
     void onClicked(int id);
     void toggleRow(int row);
     void setAll(bool enable);
-    void showResult(QString subUser, bool ok);
+    void showResult(const QString& subUser, bool ok);
     int rowOf(const QString& subUser) const;
 
     KZ::COddEvenRowTable* m_table = nullptr;

@@ -17,8 +17,8 @@ class CPushButton;
 
 namespace GW {
 
-class CRestrictedUserAccounts;
 class CRestrictedUserForm;
+class CRestrictedUserTable;
 
 /// One restricted user, named by the tab page's key: enables him with a new password, disables
 /// him, grants the user's accounts to him on the server or into a file, and cancels such grants.
@@ -55,43 +55,48 @@ protected:
 
 private:
     void buildLayout();
-    void connectClient();
+
+    CAuthLimit fillRow(int row);
+    void refillRow(int row);
+    void showState();
+    void showStateToolTip(bool enabled);
+    void refreshRows();
+    void refreshRow(int row);
+    void markRow(int row, bool granted);
+
     void onClicked(int id);
-    void onRowChosen(int row);
     void onRowToggled(int id);
     void onStateButton();
     bool sendPassword();
-    void popUpMenu();
+    void reloadEverything();
+    void reloadNavigator();
     void cancelRow(int row);
 
-    void fillRow(int row);
-    void refreshState(int changedRow);
-    void refreshRows();
-
     bool checkSelection();
+    void beginGrant();
+    void endGrant();
     void authPasswordForFile(QString password);
-    void grantPending(QString password, bool toServer);
+    void grantPending(const QString& password, bool toServer);
     void afterGrant(bool toServer);
     void repeatAfterGrant();
     void exportPending();
-    void afterCancel(mbservice::CAccountInfo account, bool ok);
-    void afterUpdate(bool ok);
-    void afterSet(bool enabled, bool ok, QString error);
 
     CRestrictedUserForm* m_form = nullptr;
     KZ::CPushButton* m_stateButton = nullptr;
     KZ::CMediumNormalButton* m_grantButton = nullptr;
-    CRestrictedUserAccounts* m_accounts = nullptr;
+    CRestrictedUserTable* m_table = nullptr;
     KZ::CMenu* m_menu = nullptr;
     QString m_exportPath;
     QString m_exportPassword;
     /// A grant is under way: reloads are skipped.
     bool m_granting = false;
+    int m_endedGrants = 0;
     CPendingGrants m_pending;
-    /// Which kind of grant the latest result belonged to.
+    /// Whether the latest result belonged to a grant on the server.
     bool m_lastToServer = false;
     CBurstGate m_refreshGate;
-    CBurstGate m_completionGate;
+    CBurstGate m_grantGate;
+    CBurstGate m_stateGate;
 };
 
 } // namespace GW

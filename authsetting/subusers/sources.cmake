@@ -1,1 +1,7 @@
-set(subusers_SOURCES)
+set(subusers_SOURCES
+    AuthSettingRestrictedUsersManageTabPage.cpp AuthSettingRestrictedUsersManageTabPage.h
+    AuthSettingSingleRestrictedUserGeneralTabPage.cpp
+    AuthSettingSingleRestrictedUserGeneralTabPage.h BurstGate.cpp BurstGate.h PendingGrant.h
+    PendingGrants.cpp PendingGrants.h RestrictedUserForm.cpp RestrictedUserForm.h
+    RestrictedUserTable.cpp RestrictedUserTable.h RowCancelButton.cpp RowCancelButton.h
+    SingleRestrictedUserGrants.cpp SubUserPassword.cpp SubUserPassword.h)

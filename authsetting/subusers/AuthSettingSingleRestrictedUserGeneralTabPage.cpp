@@ -1,0 +1,367 @@
+#include "authsetting/subusers/AuthSettingSingleRestrictedUserGeneralTabPage.h"
+
+#include "authsetting/authorize/GrantFilePrompt.h"
+#include "authsetting/authorize/SecretText.h"
+#include "authsetting/services/AccountKey.h"
+#include "authsetting/services/AuthClient.h"
+#include "authsetting/services/MsgService.h"
+#include "authsetting/services/Services.h"
+#include "authsetting/services/UserConfig.h"
+#include "authsetting/shell/AuthSettingEvents.h"
+#include "authsetting/shell/AuthSettingIds.h"
+#include "authsetting/shell/RequestTag.h"
+#include "authsetting/shell/ResultTip.h"
+#include "authsetting/subusers/RestrictedUserForm.h"
+#include "authsetting/subusers/RestrictedUserTable.h"
+#include "authsetting/subusers/RowCancelButton.h"
+#include "authsetting/subusers/SubUserPassword.h"
+#include "kit/dates/SoftCalendarLineEdit.h"
+#include "kit/events/EventIds.h"
+#include "kit/keyboard/SoftKeyboardLineEdit.h"
+#include "kit/resources/UiResource.h"
+#include "kit/widgets/MediumNormalButton.h"
+#include "kit/widgets/Menu.h"
+#include "kit/widgets/PushButton.h"
+
+#include <QHideEvent>
+#include <QPointer>
+#include <QResizeEvent>
+
+#include <boost/bind/bind.hpp>
+#include <boost/make_shared.hpp>
+
+namespace GW {
+
+namespace {
+
+constexpr int margin = 8;
+constexpr int stateButtonId = 1;
+constexpr int grantButtonId = 2;
+constexpr int noteKind = 1;
+constexpr int hintKind = 2;
+
+using Self = CAuthSettingSingleRestrictedUserGeneralTabPage;
+
+} // namespace
+
+CAuthSettingSingleRestrictedUserGeneralTabPage::CAuthSettingSingleRestrictedUserGeneralTabPage(
+    QWidget* parent)
+    : IAuthSettingTabPage(ID_FUTURE_AUTHSETTING_PAGE_RESTRICTEDUSERS,
+                          ID_FUTURE_AUTHSETTING_SUBPAGE_SINGLE_RESTRICTEDUSER,
+                          ID_FUTURE_AUTHSETTING_TABPAGE_SINGLE_RESTRICTEDUSER_GENERAL, parent),
+      m_refreshGate([this] { refreshRows(); }), m_grantGate([this] { repeatAfterGrant(); }),
+      m_stateGate([this] { reloadEverything(); })
+{
+    buildLayout();
+    if (const CAuthClient* client = getAuthClient()) {
+        connect(client, &CAuthClient::sigUpdatesubuserResult, this, &Self::slotUpdatesubuserResult);
+        connect(client, &CAuthClient::sigAddAuthResult, this, &Self::slotAddAuthResult);
+        connect(client, &CAuthClient::sigSetSubUserResult, this, &Self::slotSetsubuserResult);
+    }
+}
+
+CAuthSettingSingleRestrictedUserGeneralTabPage::~CAuthSettingSingleRestrictedUserGeneralTabPage()
+{
+    wipeSecret(m_exportPassword);
+}
+
+void CAuthSettingSingleRestrictedUserGeneralTabPage::buildLayout()
+{
+    m_form = new CRestrictedUserForm(this);
+    m_table = new CRestrictedUserTable(m_form);
+    m_form->addStretchWidget(m_table, 1, 3, false);
+
+    m_grantButton = new KZ::CMediumNormalButton(grantButtonId, m_form);
+    m_grantButton->setText(QStringLiteral("授权"));
+    m_grantButton->setIcon(QStringLiteral("gw_img_auth_export"), 0, 6);
+    m_grantButton->resize(KZ::CUiResource::getSize(QStringLiteral(
+                              "gw_siz_auth_setting_accounts_authorize_btn_authorize_width")),
+                          KZ::CUiResource::getSize(
+                              QStringLiteral("gw_siz_auth_setting_accounts_authorize_btn_height")));
+    m_form->addFixWidget(m_grantButton);
+    setInnerStretchWidget(m_form, 0, 0, 0, 0);
+
+    m_stateButton = new KZ::CPushButton(stateButtonId, this);
+    m_stateButton->setFocusPolicy(Qt::NoFocus);
+    // Its tool tip is a fixed word, so assistive tools learn of the key from the description.
+    m_stateButton->setShortcut(QKeySequence(Qt::Key_F8));
+    m_stateButton->setAccessibleDescription(
+        m_stateButton->shortcut().toString(QKeySequence::NativeText));
+    m_stateButton->raise();
+
+    m_menu = new KZ::CMenu(this);
+    connect(m_menu->addAction(QStringLiteral("文件授权")), &QAction::triggered, this,
+            &Self::onFileAuthTriggered);
+    connect(m_menu->addAction(QStringLiteral("服务器授权")), &QAction::triggered, this,
+            &Self::onServerAuthTriggered);
+}
+
+void CAuthSettingSingleRestrictedUserGeneralTabPage::resizeEvent(QResizeEvent* event)
+{
+    IAuthSettingTabPage::resizeEvent(event);
+    m_stateButton->move(width() - m_stateButton->width() - margin, margin);
+}
+
+void CAuthSettingSingleRestrictedUserGeneralTabPage::hideEvent(QHideEvent* event)
+{
+    // What nobody looks at any more has no need to keep a password.
+    if (!event->spontaneous())
+        m_form->clearPasswords();
+    IAuthSettingTabPage::hideEvent(event);
+}
+
+void CAuthSettingSingleRestrictedUserGeneralTabPage::reloadData()
+{
+    if (m_granting)
+        return;
+    m_table->clearAccounts();
+    m_pending.clear();
+    wipeSecret(m_exportPassword);
+    m_form->refreshMinimumDates();
+    if (key().isEmpty())
+        return;
+    const CUserConfig* user = getUserConfig();
+    const auto accounts = user ? user->accounts : QVector<boost::shared_ptr<CAccount>>();
+    CAuthLimit lastDays;
+    for (const boost::shared_ptr<CAccount>& account : accounts) {
+        if (!account || (account->authType != mbservice::AUTH_TYPE_NOT_GRANTED &&
+                         account->authType != mbservice::AUTH_TYPE_GRANTED_TO_OTHER))
+            continue;
+        const QString accountKey = account->key();
+        if (!user->isSubAccount(accountKey) && !user->hasSubAccount(accountKey))
+            lastDays = fillRow(m_table->addAccount(account));
+    }
+    // Every filled row sets the editors; only the last one's days are ever seen.
+    if (m_table->rowCount() > 0)
+        m_form->setDays(lastDays);
+    showState();
+    refreshRows();
+}
+
+CAuthLimit CAuthSettingSingleRestrictedUserGeneralTabPage::fillRow(int row)
+{
+    const QString accountKey = m_table->key(row);
+    CAuthClient* client = getAuthClient();
+    boost::shared_ptr<CAuthDetail> grant;
+    if (client && client->getAuthDetail(accountKey, grant) && grant) {
+        m_table->showGranted(row, *grant);
+        return grant->limit;
+    }
+    const auto pending = m_pending.grants().constFind(accountKey);
+    if (pending != m_pending.grants().constEnd()) {
+        m_table->showPending(row, *pending);
+        return pending->limit;
+    }
+    m_table->showFree(row);
+    return CRestrictedUserForm::proposedDays();
+}
+
+void CAuthSettingSingleRestrictedUserGeneralTabPage::refillRow(int row)
+{
+    if (m_table->account(row))
+        m_form->setDays(fillRow(row));
+    showState();
+    // In a burst the other rows follow shortly after, this one has to be right at once.
+    if (!m_refreshGate.request())
+        refreshRow(row);
+}
+
+void CAuthSettingSingleRestrictedUserGeneralTabPage::showState()
+{
+    CAuthClient* client = getAuthClient();
+    const bool enabled = client && client->isSubUserActive(key());
+    m_form->showUser(key(), enabled);
+    m_stateButton->setImageKey(enabled ? QStringLiteral("gw_img_auth_subuser_disable")
+                                       : QStringLiteral("gw_img_auth_subuser_enable"));
+    showStateToolTip(enabled);
+    m_table->setEnabled(enabled);
+    m_grantButton->setEnabled(enabled);
+}
+
+void CAuthSettingSingleRestrictedUserGeneralTabPage::showStateToolTip(bool enabled)
+{
+    m_stateButton->setToolTip(enabled ? QStringLiteral("禁用") : QStringLiteral("启用"));
+}
+
+void CAuthSettingSingleRestrictedUserGeneralTabPage::refreshRows()
+{
+    QMap<QString, boost::shared_ptr<CAuthDetail>> granted;
+    if (CAuthClient* client = getAuthClient())
+        client->getAuthorizedFromMeInfo(key(), granted);
+    for (int row = 0; row < m_table->rowCount(); ++row)
+        markRow(row, granted.contains(m_table->key(row)));
+}
+
+void CAuthSettingSingleRestrictedUserGeneralTabPage::refreshRow(int row)
+{
+    if (!m_table->account(row))
+        return;
+    CAuthClient* client = getAuthClient();
+    boost::shared_ptr<CAuthDetail> grant;
+    const bool granted = client && client->getAuthDetail(m_table->key(row), grant) && grant &&
+                         grant->grantee == key();
+    markRow(row, granted);
+}
+
+void CAuthSettingSingleRestrictedUserGeneralTabPage::markRow(int row, bool granted)
+{
+    const bool pending = m_pending.contains(m_table->key(row));
+    m_table->setTicked(row, granted || pending);
+    if (pending)
+        m_table->markModified(row);
+}
+
+bool CAuthSettingSingleRestrictedUserGeneralTabPage::handleEvent(int eventId, int param1,
+                                                                 int param2, QString text,
+                                                                 void* data)
+{
+    switch (eventId) {
+    case KZ::EVENT_BUTTON_CLICKED:
+        onClicked(param1);
+        return true;
+    case KZ::EVENT_ROW_SELECTED:
+        refillRow(m_table->selectedRow());
+        return true;
+    case KZ::EVENT_CHECK_TOGGLED:
+        onRowToggled(param1);
+        return true;
+    case KZ::EVENT_DATE_CHANGED:
+        if (const int row = m_table->selectedRow(); row >= 0)
+            onRowToggled(CRestrictedUserTable::firstCheckBoxId + row);
+        return true;
+    case KZ::EVENT_FOCUS_LEFT:
+        return false;
+    default:
+        return CBaseWidget::handleEvent(eventId, param1, param2, text, data);
+    }
+}
+
+void CAuthSettingSingleRestrictedUserGeneralTabPage::onClicked(int id)
+{
+    if (id >= CRowCancelButton::firstId)
+        cancelRow(id - CRowCancelButton::firstId);
+    else if (id == stateButtonId)
+        onStateButton();
+    else if (id == grantButtonId)
+        m_menu->popup(m_grantButton->mapToGlobal(QPoint(0, m_grantButton->height() + 1)));
+}
+
+void CAuthSettingSingleRestrictedUserGeneralTabPage::onRowToggled(int id)
+{
+    if (id < CRestrictedUserTable::firstCheckBoxId || id > CRestrictedUserTable::lastCheckBoxId)
+        return;
+    const int row = id - CRestrictedUserTable::firstCheckBoxId;
+    const boost::shared_ptr<CAccount> account = m_table->account(row);
+    if (!account)
+        return;
+    if (m_table->isItemChecked(row, CRestrictedUserTable::Select)) {
+        const CAuthLimit days = m_form->days();
+        if (days.startTime > days.endTime) {
+            showResultTip(m_form->endEdit(), QStringLiteral("授权截至日期必须大于起始日期"),
+                          noteKind);
+            m_table->setTicked(row, false);
+            return;
+        }
+        if (m_form->isOneDay())
+            showResultTip(m_form->endEdit(), QStringLiteral("授权日期为1天"), hintKind);
+        m_pending.set(m_table->key(row), {*account, days, QString()});
+    } else {
+        m_pending.remove(m_table->key(row));
+    }
+    refillRow(row);
+}
+
+void CAuthSettingSingleRestrictedUserGeneralTabPage::onStateButton()
+{
+    CAuthClient* client = getAuthClient();
+    if (!client || (!client->isSubUserActive(key()) && !sendPassword()))
+        return;
+    connect(client, &CAuthClient::sigSetSubUserResult, this, &Self::slotSetsubuserResult);
+    beginRequest();
+    client->setSubUser(key(), !client->isSubUserActive(key()));
+}
+
+bool CAuthSettingSingleRestrictedUserGeneralTabPage::sendPassword()
+{
+    QString password = m_form->passwordEdit()->text().trimmed();
+    QString confirmation = m_form->confirmEdit()->text().trimmed();
+    const bool equal = password == confirmation;
+    const bool usable = equal && !password.isEmpty();
+    if (!equal)
+        showResultTip(m_form->confirmEdit(), QStringLiteral("子用户密码2次输入必须相同"), noteKind);
+    else if (!usable)
+        showResultTip(m_form->passwordEdit(), QStringLiteral("密码不能为空"), noteKind);
+    else
+        getAuthClient()->updateSubUser(key(), subUserPasswordDigest(password));
+    wipeSecret(password);
+    wipeSecret(confirmation);
+    return usable;
+}
+
+void CAuthSettingSingleRestrictedUserGeneralTabPage::slotUpdatesubuserResult(QString, QString,
+                                                                             bool bresult, QString)
+{
+    finishRequest([this, bresult] {
+        showResultTip(m_form->confirmEdit(),
+                      bresult ? QStringLiteral("更改子用户密码成功")
+                              : QStringLiteral("更改子用户密码失败"),
+                      noteKind);
+    });
+}
+
+void CAuthSettingSingleRestrictedUserGeneralTabPage::slotSetsubuserResult(QString, bool bEnabled,
+                                                                          bool bReslt,
+                                                                          QString qsError)
+{
+    finishRequest([this, bEnabled, bReslt, qsError] {
+        if (bReslt) {
+            showStateToolTip(bEnabled);
+            m_stateGate.request();
+            return;
+        }
+        showResultTip(m_stateButton,
+                      QStringLiteral("修改子用户状态失败") + QStringLiteral("失败原因：") + qsError,
+                      noteKind);
+    });
+}
+
+void CAuthSettingSingleRestrictedUserGeneralTabPage::reloadEverything()
+{
+    reloadData();
+    reloadNavigator();
+}
+
+void CAuthSettingSingleRestrictedUserGeneralTabPage::reloadNavigator()
+{
+    deliverEvent(EVENT_RELOAD_NAVIGATOR, 0, 0, QString(), nullptr);
+}
+
+void CAuthSettingSingleRestrictedUserGeneralTabPage::cancelRow(int row)
+{
+    CAuthClient* client = getAuthClient();
+    if (!client || !m_table->account(row))
+        return;
+    connect(client, &CAuthClient::sigDelAuthResult, this, &Self::slotDelAuthResult);
+    const QString grantee = m_table->itemText(row, CRestrictedUserTable::Grantee);
+    const mbservice::CAccountInfo account = keyToAccountInfo(m_table->key(row));
+    beginRequest();
+    client->delAuth(grantee, account, requestTag(this));
+}
+
+void CAuthSettingSingleRestrictedUserGeneralTabPage::slotDelAuthResult(
+    QString, mbservice::CAccountInfo account, QVariant tag, bool ok, QString)
+{
+    if (!isRequestOf(this, tag))
+        return;
+    finishRequest([this, accountKey = genAccountKeyQs(account), ok] {
+        const int row = m_table->rowOf(accountKey);
+        refillRow(row);
+        reloadNavigator();
+        QWidget* button = m_table->cancelButton(row);
+        showResultTip(button ? button : m_table,
+                      ok ? QStringLiteral("取消授权成功") : QStringLiteral("取消授权失败"),
+                      noteKind);
+    });
+}
+
+} // namespace GW

@@ -1,0 +1,170 @@
+#include "authsetting/subusers/RestrictedUserTable.h"
+
+#include "authsetting/authorize/PlatformSetting.h"
+#include "authsetting/services/Account.h"
+#include "authsetting/services/AccountKey.h"
+#include "authsetting/services/AuthDetail.h"
+#include "authsetting/shell/AccountTexts.h"
+#include "authsetting/shell/TableLayouts.h"
+#include "authsetting/subusers/RowCancelButton.h"
+#include "kit/resources/UiResource.h"
+
+#include <array>
+
+namespace GW {
+
+namespace {
+
+constexpr int tableId = 0x400014;
+constexpr auto riseColor = "clr_stock_rise";
+constexpr auto neutralColor = "clr_stock_neutral";
+
+QString textOr(const QString& text, const QString& fallback)
+{
+    return text.isEmpty() ? fallback : text;
+}
+
+} // namespace
+
+CRestrictedUserTable::CRestrictedUserTable(QWidget* parent) : COddEvenRowTable(tableId, parent)
+{
+    const std::array<QString, ColumnCount> headers{
+        QStringLiteral("选择"),     QStringLiteral("交易平台"), QStringLiteral("经纪公司"),
+        QStringLiteral("账号"),     QStringLiteral("授权状态"), QStringLiteral("被授权用户"),
+        QStringLiteral("起始时间"), QStringLiteral("终止时间"), QStringLiteral("操作")};
+    setColumnCount(ColumnCount);
+    for (int column = 0; column < ColumnCount; ++column)
+        setHeaderText(column, headers[static_cast<std::size_t>(column)]);
+    setColumnWidth(Select, KZ::CUiResource::getSize(QStringLiteral("gw_siz_table_column_select")));
+    restoreTableLayout(this);
+}
+
+CRestrictedUserTable::~CRestrictedUserTable()
+{
+    saveTableLayout(this);
+}
+
+void CRestrictedUserTable::clearAccounts()
+{
+    clear();
+    m_rows.clear();
+    m_rowOfKey.clear();
+}
+
+int CRestrictedUserTable::addAccount(const boost::shared_ptr<CAccount>& account)
+{
+    const int row = appendRow();
+    const QString key = genAccountKeyQs(keyToAccountInfo(account->key()));
+    m_rows.append({account, key, false, {}});
+    m_rowOfKey.insert(key, row);
+    setItemWidget(
+        row, Operation,
+        [this, row](QWidget* parent) {
+            auto* button = new CRowCancelButton(row, parent);
+            button->setOffered(m_rows.at(row).cancellable);
+            m_rows[row].cancelButton = button;
+            return button;
+        },
+        Qt::AlignCenter);
+    return row;
+}
+
+boost::shared_ptr<CAccount> CRestrictedUserTable::account(int row) const
+{
+    return m_rows.value(row).account;
+}
+
+QString CRestrictedUserTable::key(int row) const
+{
+    return m_rows.value(row).key;
+}
+
+int CRestrictedUserTable::rowOf(const QString& key) const
+{
+    return m_rowOfKey.value(key, -1);
+}
+
+void CRestrictedUserTable::showGranted(int row, const CAuthDetail& grant)
+{
+    showAccount(row, true, true);
+    showState(row, authTypeToString(mbservice::AUTH_TYPE_GRANTED_TO_OTHER, QString()), riseColor);
+    setItemText(row, Grantee, grant.grantee);
+    showDays(row, grant.limit);
+}
+
+void CRestrictedUserTable::showPending(int row, const CPendingGrant& grant)
+{
+    showAccount(row, false, false);
+    showState(row, authTypeToString(mbservice::AUTH_TYPE_GRANTED_TO_OTHER, QString()), riseColor);
+    setItemText(row, Grantee, grant.result);
+    showDays(row, grant.limit);
+}
+
+void CRestrictedUserTable::showFree(int row)
+{
+    showAccount(row, false, false);
+    showState(row, authTypeToString(mbservice::AUTH_TYPE_NOT_GRANTED, QString()), neutralColor);
+    for (const int column : {Grantee, FirstDay, LastDay})
+        setItemText(row, column, QString());
+}
+
+void CRestrictedUserTable::showAccount(int row, bool locked, bool cancellable)
+{
+    const CAccount& account = *m_rows.at(row).account;
+    // A box that is there already may be the one whose click led here: it stays.
+    if (!hasItemCheckBox(row, Select))
+        setItemCheckBox(row, Select, firstCheckBoxId + row, false, !locked, Qt::AlignCenter);
+    setItemCheckEnabled(row, Select, !locked);
+    setItemText(row, Platform,
+                textOr(platformSettingName(account, StockRule::AllButFuturesType),
+                       QString::number(account.platformId)));
+    setItemText(row, Broker,
+                textOr(brokerName(account, StockRule::AllButFuturesType),
+                       QString::fromStdString(account.brokerId)));
+    setItemText(row, Account, accountDisplayIDQs(account));
+    Row& shown = m_rows[row];
+    shown.cancellable = cancellable;
+    if (shown.cancelButton)
+        shown.cancelButton->setOffered(cancellable);
+}
+
+void CRestrictedUserTable::showState(int row, const QString& text, const char* colorKey)
+{
+    setItemText(row, State, text);
+    setItemTextColorKey(row, State, colorKey);
+}
+
+void CRestrictedUserTable::showDays(int row, const CAuthLimit& limit)
+{
+    setItemText(row, FirstDay, grantDayText(limit.startTime));
+    setItemText(row, LastDay, grantDayText(limit.endTime));
+}
+
+void CRestrictedUserTable::setTicked(int row, bool ticked)
+{
+    if (hasItemCheckBox(row, Select) && isItemChecked(row, Select) != ticked)
+        setItemChecked(row, Select, ticked);
+}
+
+void CRestrictedUserTable::markModified(int row)
+{
+    const QString text = QStringLiteral("已修改, 未授权");
+    if (itemText(row, State) != text)
+        showState(row, text, neutralColor);
+}
+
+bool CRestrictedUserTable::hasSelection() const
+{
+    for (int row = 0; row < m_rows.size(); ++row) {
+        if (isItemChecked(row, Select) && isItemCheckEnabled(row, Select))
+            return true;
+    }
+    return false;
+}
+
+QWidget* CRestrictedUserTable::cancelButton(int row)
+{
+    return itemWidget(row, Operation);
+}
+
+} // namespace GW
