@@ -1,0 +1,24 @@
+#include "host/client/ProgramTheme.h"
+
+#include "kit/resources/UiResource.h"
+
+#include <QApplication>
+#include <QStyleFactory>
+
+namespace host {
+
+ProgramTheme::ProgramTheme()
+{
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    onUiResourceChanged();
+}
+
+ProgramTheme::~ProgramTheme() = default;
+
+void ProgramTheme::onUiResourceChanged()
+{
+    QApplication::setPalette(KZ::CUiResource::palette());
+    QApplication::setFont(KZ::CUiResource::getFont(QStringLiteral("fnt_default_normal")));
+}
+
+} // namespace host
