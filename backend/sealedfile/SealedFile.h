@@ -26,6 +26,9 @@ namespace backend {
 /// known before anything is decrypted. Opening a file never proves who made it: whoever knows the
 /// password can make another.
 namespace sealedfile {
+/// Looks like no text in any encoding, and shows a transfer that rewrites line ends.
+inline constexpr char magic[] = {'\x8a', 'T', 'A', 'A', '\r', '\n', '\x1a', '\n'};
+inline constexpr quint8 version = 1;
 inline constexpr qsizetype versionOffset = 8;
 inline constexpr qsizetype profileOffset = 9;
 inline constexpr qsizetype lengthOffset = 10;
@@ -41,7 +44,8 @@ inline constexpr qsizetype maxPayloadSize = maxFileSize - headerSize - tagSize;
 } // namespace sealedfile
 
 /// Seals `payload` under `password` into `*out`, a whole file ready to be written. The password is
-/// taken in NFC and trimmed, here as in openBytes(), so that it opens however it was typed.
+/// taken in NFC and trimmed, here as in openBytes(), so that it opens however it was typed. Whoever
+/// has other work to do meanwhile uses FileSealer.
 ///
 /// Takes as long as the profile costs (a fraction of a second and 64 MiB for Standard). Errors:
 /// InvalidInput (empty password, empty or too large payload), OutOfMemory; `*out` is then empty.

@@ -1,5 +1,6 @@
 #include "backend/sealedfile/SealedFile.h"
 
+#include "backend/sealedfile/FileSealer.h"
 #include "backend/sealedfile/Wipe.h"
 #include "tests/backend/ChildProcess.h"
 #include "tests/support/TestCase.h"
@@ -67,6 +68,7 @@ private Q_SLOTS:
     void sealsNothingEmptyOrTooLarge();
     void carriesTheLargestPayload();
     void refusesTrailingBytes();
+    void sealsWhileItsMakerWorks();
     void refusesAForeignFile_data();
     void refusesAForeignFile();
     void checksTheHeaderBeforeThePassword();
@@ -268,6 +270,26 @@ void SealedFileTest::refusesTrailingBytes()
     qToBigEndian(quint32(huge.size() - 86), huge.data() + backend::sealedfile::lengthOffset);
     SecretBytes content;
     QCOMPARE(openBytes(huge, QStringLiteral("pw"), true, &content), SealedFileError::Damaged);
+}
+
+void SealedFileTest::sealsWhileItsMakerWorks()
+{
+    const QString password = QStringLiteral("pw");
+    QByteArray file;
+    backend::FileSealer sealer(password, SealProfile::Test);
+    QCOMPARE(sealer.seal(payload, &file), SealedFileError::None);
+    QCOMPARE(opened(file, password), payload);
+    // A second file would share salt and nonce with the first.
+    QCOMPARE(sealer.seal(payload, &file), SealedFileError::InvalidInput);
+    QVERIFY(file.isEmpty());
+    backend::FileSealer empty(password, SealProfile::Test);
+    QCOMPARE(empty.seal({}, &file), SealedFileError::InvalidInput);
+    QCOMPARE(empty.seal(payload, &file), SealedFileError::InvalidInput);
+    backend::FileSealer blank(QStringLiteral(" "), SealProfile::Test);
+    QCOMPARE(blank.seal(payload, &file), SealedFileError::InvalidInput);
+    QVERIFY(file.isEmpty());
+    // One that nobody asks for a file ends by itself.
+    const backend::FileSealer unused(password, SealProfile::Test);
 }
 
 void SealedFileTest::refusesAForeignFile_data()
