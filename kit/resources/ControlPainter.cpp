@@ -24,6 +24,9 @@ void drawFocusRect(const QStyleOption& option, QPainter* painter, const QWidget*
         CStylePainter::focusRing(painter, option.rect);
         return;
     }
+    // The list of a combo box shows its current entry by colour alone.
+    if (widget->window()->windowType() == Qt::Popup)
+        return;
     // A full ring in every cell would drown the table; one line tells the current cell.
     painter->save();
     painter->setPen(CUiResource::getColor(QStringLiteral("clr_focus")));

@@ -12,6 +12,7 @@
 #include <QScrollBar>
 #include <QStyleOption>
 #include <QTabBar>
+#include <QTreeView>
 
 #include <algorithm>
 
@@ -50,10 +51,13 @@ void CKitProxyStyle::drawPrimitive(PrimitiveElement element, const QStyleOption*
 void CKitProxyStyle::drawControl(ControlElement element, const QStyleOption* option,
                                  QPainter* painter, const QWidget* widget) const
 {
-    if (element == CE_HeaderLabel) {
-        // Only the colour differs from the base; the option may be of the longer second version.
-        if (const auto* const newer = qstyleoption_cast<const QStyleOptionHeaderV2*>(option)) {
-            QStyleOptionHeaderV2 copy = *newer;
+    if (const auto* const header = qstyleoption_cast<const QStyleOptionHeaderV2*>(option)) {
+        if (element == CE_Header) {
+            drawHeader(*header, painter, widget);
+            return;
+        }
+        if (element == CE_HeaderLabel) {
+            QStyleOptionHeaderV2 copy = *header;
             copy.palette.setColor(QPalette::ButtonText,
                                   CUiResource::getColor(QStringLiteral("clr_table_header_text")));
             QProxyStyle::drawControl(element, &copy, painter, widget);
@@ -63,6 +67,23 @@ void CKitProxyStyle::drawControl(ControlElement element, const QStyleOption* opt
     if (!CControlPainter::drawControl(element, *option, painter, widget) &&
         !CViewPainter::drawControl(element, *option, painter, *this))
         QProxyStyle::drawControl(element, option, painter, widget);
+}
+
+void CKitProxyStyle::drawHeader(const QStyleOptionHeaderV2& header, QPainter* painter,
+                                const QWidget* widget) const
+{
+    // The base asks itself instead of this style where label and arrow go.
+    painter->save();
+    painter->setClipRect(header.rect);
+    QStyleOptionHeaderV2 part = header;
+    drawControl(CE_HeaderSection, &part, painter, widget);
+    part.rect = CViewPainter::headerRect(header, false);
+    drawControl(CE_HeaderLabel, &part, painter, widget);
+    if (header.sortIndicator != QStyleOptionHeader::None) {
+        part.rect = CViewPainter::headerRect(header, true);
+        drawPrimitive(PE_IndicatorHeaderArrow, &part, painter, widget);
+    }
+    painter->restore();
 }
 
 void CKitProxyStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
@@ -168,6 +189,14 @@ QSize CKitProxyStyle::sizeFromContents(ContentsType type, const QStyleOption* op
         const QSize base = QProxyStyle::sizeFromContents(type, option, contents, widget);
         return {base.width(), std::max(contents.height(), size("gw_siz_kit_editor_height"))};
     }
+    case CT_ItemViewItem: {
+        QSize item = QProxyStyle::sizeFromContents(type, option, contents, widget);
+        if (qobject_cast<const QTreeView*>(widget))
+            item.setHeight(std::max(item.height(), size("gw_siz_kit_tree_row_height")));
+        else if (widget && widget->window()->windowType() == Qt::Popup)
+            item.setHeight(std::max(item.height(), size("gw_siz_kit_menu_item_height")));
+        return item;
+    }
     default:
         return QProxyStyle::sizeFromContents(type, option, contents, widget);
     }
@@ -207,6 +236,11 @@ QRect CKitProxyStyle::subElementRect(SubElement element, const QStyleOption* opt
         }
         return option->rect;
     }
+    case SE_HeaderLabel:
+    case SE_HeaderArrow:
+        if (const auto* const header = qstyleoption_cast<const QStyleOptionHeader*>(option))
+            return CViewPainter::headerRect(*header, element == SE_HeaderArrow);
+        return QProxyStyle::subElementRect(element, option, widget);
     case SE_ProgressBarGroove:
     case SE_ProgressBarContents:
         return option->rect;

@@ -2,6 +2,8 @@
 
 #include <QProxyStyle>
 
+class QStyleOptionHeaderV2;
+
 namespace KZ {
 
 /// Fusion with flat, dense parts in the registry's colours. The parts themselves are drawn by
@@ -32,6 +34,10 @@ public:
                          SubControl subControl, const QWidget* widget) const override;
     QRect subElementRect(SubElement element, const QStyleOption* option,
                          const QWidget* widget) const override;
+
+private:
+    void drawHeader(const QStyleOptionHeaderV2& header, QPainter* painter,
+                    const QWidget* widget) const;
 };
 
 } // namespace KZ

@@ -49,6 +49,17 @@ void drawBranch(const QStyleOption& option, QPainter* painter)
                         QString(), enabled);
 }
 
+void drawTreeRow(const QStyleOption& option, QPainter* painter)
+{
+    CStylePainter::itemGround(painter, option, option.rect);
+    if (!(option.state & QStyle::State_Selected))
+        return;
+    const int bar = size("gw_siz_kit_tree_mark");
+    const QRect mark(option.rect.left(), option.rect.top(), bar, option.rect.height());
+    CStylePainter::fill(painter, QStyle::visualRect(option.direction, option.rect, mark),
+                        QStringLiteral("clr_accent_text"));
+}
+
 void drawTabShape(const QStyleOption& option, QPainter* painter)
 {
     const QRect rect = option.rect;
@@ -182,7 +193,7 @@ bool CViewPainter::drawPrimitive(QStyle::PrimitiveElement element, const QStyleO
         return true;
     case QStyle::PE_PanelItemViewRow:
         if (qobject_cast<const QTreeView*>(widget))
-            CStylePainter::itemGround(painter, option, option.rect);
+            drawTreeRow(option, painter);
         return true;
     case QStyle::PE_PanelItemViewItem:
         CStylePainter::itemGround(painter, option, option.rect);
@@ -299,6 +310,19 @@ QRect CViewPainter::scrollBarRect(const QStyleOptionSlider& option, QStyle::SubC
     default:
         return {};
     }
+}
+
+QRect CViewPainter::headerRect(const QStyleOptionHeader& option, bool arrow)
+{
+    const int padding = size("gw_siz_kit_table_cell_padding");
+    const int side = size("gw_siz_kit_icon");
+    const QRect rect = option.rect;
+    QRect place = rect.adjusted(padding, 0, -padding, 0);
+    if (arrow)
+        place.setRect(rect.right() - side - padding / 2, rect.center().y() - side / 2, side, side);
+    else if (option.sortIndicator != QStyleOptionHeader::None)
+        place.setRight(rect.right() - side - padding / 2);
+    return QStyle::visualRect(option.direction, rect, place);
 }
 
 QSize CViewPainter::menuItemSize(const QStyleOption& option, const QSize& contents)

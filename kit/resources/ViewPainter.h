@@ -2,6 +2,7 @@
 
 #include <QStyle>
 
+class QStyleOptionHeader;
 class QStyleOptionSlider;
 
 namespace KZ {
@@ -21,6 +22,9 @@ public:
 
     /// Place of a part of a scroll bar; it has no arrow buttons.
     static QRect scrollBarRect(const QStyleOptionSlider& option, QStyle::SubControl part);
+
+    /// Place of a header section's text, or of its sort arrow, which stands at the trailing edge.
+    static QRect headerRect(const QStyleOptionHeader& option, bool arrow);
 
     /// Size of a menu entry whose icon and text measure `contents`.
     static QSize menuItemSize(const QStyleOption& option, const QSize& contents);

@@ -35,6 +35,10 @@ CWidgetList::CWidgetList(Qt::Orientation orientation, QWidget* parent)
 {
     m_layout->setContentsMargins(0, 0, 0, 0);
     m_layout->setSpacing(CUiResource::getSize(QStringLiteral("gw_siz_kit_list_space")));
+    // Room that nobody wants stays at the end instead of spreading between the widgets.
+    m_layout->addItem(orientation == Qt::Horizontal
+                          ? new QSpacerItem(0, 0, QSizePolicy::Expanding, QSizePolicy::Minimum)
+                          : new QSpacerItem(0, 0, QSizePolicy::Minimum, QSizePolicy::Expanding));
 }
 
 void CWidgetList::setMargin(int left, int top, int right, int bottom)
@@ -54,8 +58,8 @@ void CWidgetList::addFixWidget(QWidget* widget)
     const bool hidden = widget->testAttribute(Qt::WA_WState_ExplicitShowHide) && widget->isHidden();
     if (widget->parentWidget() != this)
         widget->setParent(this);
-    m_layout->addItem(
-        new CKeptSizeItem(widget, m_orientation, fillsAcross(widget, m_orientation, sized), kept));
+    m_layout->insertItem(end(), new CKeptSizeItem(widget, m_orientation,
+                                                  fillsAcross(widget, m_orientation, sized), kept));
     if (!hidden)
         widget->show();
 }
@@ -72,18 +76,23 @@ void CWidgetList::addStretchWidget(QWidget* widget, int stretch, int anchor, boo
         alignment = across ? Qt::AlignBottom : Qt::AlignRight;
     else if (!leading)
         alignment = across ? Qt::AlignVCenter : Qt::AlignHCenter;
-    m_layout->addWidget(widget, stretch, alignment);
+    m_layout->insertWidget(end(), widget, stretch, alignment);
     widget->setVisible(!hidden);
 }
 
 void CWidgetList::addFixSpace(int length)
 {
-    m_layout->addSpacing(length);
+    m_layout->insertSpacing(end(), length);
 }
 
 void CWidgetList::addStretch()
 {
-    m_layout->addStretch(1);
+    m_layout->insertStretch(end(), 1);
+}
+
+int CWidgetList::end() const
+{
+    return m_layout->count() - 1;
 }
 
 QSize CWidgetList::sizeHint() const

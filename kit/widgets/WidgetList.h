@@ -38,6 +38,9 @@ public:
     QSize minimumSizeHint() const override;
 
 private:
+    /// Where the next item goes: before the spring that every list ends with.
+    int end() const;
+
     const Qt::Orientation m_orientation;
     QBoxLayout* m_layout;
 };
