@@ -5,7 +5,8 @@
 
 void TestCase::init()
 {
-    QTest::failOnWarning(QRegularExpression(QStringLiteral(".*")));
+    // The offscreen platform says so of every window that is shown, and nothing in the code does it.
+    QTest::failOnWarning(QRegularExpression(QStringLiteral("^(?!This plugin does not support )")));
 }
 
 void TestCase::cleanup()
