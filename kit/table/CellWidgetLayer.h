@@ -1,0 +1,99 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QSize>
+
+#include <unordered_map>
+#include <vector>
+
+class QTableView;
+class QWidget;
+
+namespace KZ {
+
+class CRowStore;
+class CTableModel;
+class CTickBoxes;
+
+/// The real widgets that stand over the cells of a view. A widget is made when its cell comes into
+/// sight or somebody asks for it. One that was asked for, or was handed over finished, lives as
+/// long as its cell; of the others only a bounded number survives out of sight, and check boxes
+/// move on to other cells.
+///
+/// A widget out of sight stands under a hidden parent instead of being hidden itself, so that an
+/// owner who hides a cell widget finds it hidden when its row comes back.
+class CCellWidgetLayer : public QObject
+{
+    Q_OBJECT
+
+public:
+    CCellWidgetLayer(QTableView* view, CRowStore& store, const CTableModel& model, QWidget* table);
+    ~CCellWidgetLayer() override;
+
+    CTickBoxes& boxes() { return *m_boxes; }
+
+    /// Makes and places the widgets of all cells in sight and puts the others away.
+    void sync();
+    /// The cell's widget, made if need be; null for a cell without one.
+    QWidget* widget(int row, int column);
+    QWidget* existingWidget(int row, int column) const;
+    /// Takes a finished widget for the cell.
+    void adopt(int row, int column, QWidget* widget);
+    /// Deletes the cell's widget.
+    void drop(int row, int column);
+    void clear();
+
+    /// Brings the cell's check box, if there is one, to the state of the store.
+    void showTick(int row, int column);
+    /// Asks the widgets in sight again how large they want to be; true when one has changed.
+    bool remeasure();
+    /// Width in pixels that the widgets made so far for a column need.
+    int neededWidth(int column) const;
+    void forgetNeededWidths() { m_neededWidths.clear(); }
+    /// Widgets in and below the cell's widget that can take the focus.
+    QList<QWidget*> focusWidgets(int row, int column) const;
+
+private:
+    struct SCell
+    {
+        int row = 0;
+        int column = 0;
+        int alignment = 0;
+        QPointer<QWidget> widget;
+        QSize hint;
+        QSize size;
+        bool isTick = false;
+        bool isPinned = false;
+        quint32 pass = 0;
+    };
+
+    SCell* find(int row, int column);
+    SCell* ensure(int row, int column);
+    SCell* makeTick(int row, int column);
+    SCell* makeWidget(int row, int column);
+    void prepare(SCell& cell);
+    void measure(SCell& cell);
+    void place(SCell& cell);
+    void putAway(quint64 key);
+    void park(QWidget* widget);
+    void discard(QWidget* widget);
+    void evictIdle();
+    void giveBack(SCell& cell);
+    std::vector<quint64> cellsInSight() const;
+
+    QTableView* const m_view;
+    CRowStore& m_store;
+    const CTableModel& m_model;
+    QWidget* const m_parking;
+    CTickBoxes* const m_boxes;
+    std::unordered_map<quint64, SCell> m_cells;
+    std::vector<quint64> m_inSight;
+    std::vector<quint64> m_idle;
+    std::vector<int> m_neededWidths;
+    quint32 m_pass = 0;
+    quint32 m_generation = 0;
+    bool m_isSyncing = false;
+};
+
+} // namespace KZ

@@ -1,0 +1,221 @@
+#include "kit/table/RowStore.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace KZ {
+
+namespace {
+
+const QString& emptyText()
+{
+    static const QString empty;
+    return empty;
+}
+
+/// Longer texts are hardly ever repeated and dear to compare.
+constexpr qsizetype LONGEST_SHARED_TEXT = 64;
+
+template <class T>
+const T* present(const std::vector<T>& cells, int row)
+{
+    return size_t(row) < cells.size() && cells[size_t(row)].present ? &cells[size_t(row)] : nullptr;
+}
+
+template <class T>
+void put(std::vector<T>& cells, int row, T value)
+{
+    if (size_t(row) >= cells.size()) {
+        if (!value.present)
+            return;
+        cells.resize(size_t(row) + 1);
+    }
+    cells[size_t(row)] = std::move(value);
+}
+
+} // namespace
+
+CRowStore::CRowStore() : m_colorKeys(1) {}
+
+void CRowStore::setColumnCount(int count)
+{
+    count = std::max(count, 0);
+    const int kept = std::min(count, columnCount());
+    std::vector<QString> texts(size_t(m_rowCount) * size_t(count));
+    for (int row = 0; row < m_rowCount; ++row) {
+        for (int column = 0; column < kept; ++column)
+            texts[size_t(row) * size_t(count) + size_t(column)] =
+                std::move(m_texts[textIndex(row, column)]);
+    }
+    m_texts = std::move(texts);
+    m_columns.resize(size_t(count));
+    const auto isDropped = [count](const QHash<quint64, QString>::iterator& cell) {
+        return int(quint32(cell.key())) >= count;
+    };
+    m_toolTips.removeIf(isDropped);
+    m_iconKeys.removeIf(isDropped);
+}
+
+void CRowStore::clear()
+{
+    m_rowCount = 0;
+    m_texts.clear();
+    for (SColumn& column : m_columns) {
+        column.colors.clear();
+        column.ticks.clear();
+        column.widgets.clear();
+    }
+    m_toolTips.clear();
+    m_iconKeys.clear();
+    m_recentTexts.fill(QString());
+}
+
+int CRowStore::appendRow()
+{
+    m_texts.resize(m_texts.size() + m_columns.size());
+    return m_rowCount++;
+}
+
+const QString& CRowStore::text(int row, int column) const
+{
+    return contains(row, column) ? m_texts[textIndex(row, column)] : emptyText();
+}
+
+bool CRowStore::setText(int row, int column, const QString& text)
+{
+    if (!contains(row, column))
+        return false;
+    QString& cell = m_texts[textIndex(row, column)];
+    if (cell == text)
+        return false;
+    cell = shared(text);
+    return true;
+}
+
+QString CRowStore::shared(const QString& text)
+{
+    if (text.isEmpty() || text.size() > LONGEST_SHARED_TEXT)
+        return text;
+    QString& recent = m_recentTexts[qHash(text) % m_recentTexts.size()];
+    if (recent != text)
+        recent = text;
+    return recent;
+}
+
+quint16 CRowStore::colorIndex(const char* key)
+{
+    if (!key || !*key)
+        return 0;
+    const QLatin1StringView name(key);
+    const auto found = std::find(m_colorKeys.cbegin() + 1, m_colorKeys.cend(), name);
+    if (found != m_colorKeys.cend())
+        return quint16(found - m_colorKeys.cbegin());
+    if (m_colorKeys.size() > 0xffff)
+        return 0;
+    m_colorKeys.push_back(name);
+    return quint16(m_colorKeys.size() - 1);
+}
+
+QString CRowStore::colorKey(int row, int column) const
+{
+    if (!contains(row, column))
+        return QString();
+    const std::vector<quint16>& colors = m_columns[size_t(column)].colors;
+    return size_t(row) < colors.size() ? m_colorKeys[colors[size_t(row)]] : QString();
+}
+
+void CRowStore::setColorKey(int row, int column, const char* key)
+{
+    if (!contains(row, column))
+        return;
+    const quint16 index = colorIndex(key);
+    std::vector<quint16>& colors = m_columns[size_t(column)].colors;
+    if (size_t(row) >= colors.size()) {
+        if (index == 0)
+            return;
+        colors.resize(size_t(row) + 1);
+    }
+    colors[size_t(row)] = index;
+}
+
+QString CRowStore::toolTip(int row, int column) const
+{
+    return m_toolTips.value(cellKey(row, column));
+}
+
+void CRowStore::setToolTip(int row, int column, const QString& text)
+{
+    if (!contains(row, column))
+        return;
+    if (text.isEmpty())
+        m_toolTips.remove(cellKey(row, column));
+    else
+        m_toolTips.insert(cellKey(row, column), text);
+}
+
+QString CRowStore::iconKey(int row, int column) const
+{
+    return m_iconKeys.isEmpty() ? QString() : m_iconKeys.value(cellKey(row, column));
+}
+
+void CRowStore::setIconKey(int row, int column, const QString& key)
+{
+    if (!contains(row, column))
+        return;
+    if (key.isEmpty())
+        m_iconKeys.remove(cellKey(row, column));
+    else
+        m_iconKeys.insert(cellKey(row, column), key);
+}
+
+const CRowStore::STick* CRowStore::tick(int row, int column) const
+{
+    return contains(row, column) ? present(m_columns[size_t(column)].ticks, row) : nullptr;
+}
+
+CRowStore::STick* CRowStore::tick(int row, int column)
+{
+    return const_cast<STick*>(std::as_const(*this).tick(row, column));
+}
+
+void CRowStore::setTick(int row, int column, const STick& tick)
+{
+    if (contains(row, column))
+        put(m_columns[size_t(column)].ticks, row, tick);
+}
+
+int CRowStore::firstTickColumn(int row) const
+{
+    for (int column = 0; column < columnCount(); ++column) {
+        if (tick(row, column))
+            return column;
+    }
+    return -1;
+}
+
+bool CRowStore::isRowTicked(int row) const
+{
+    return std::any_of(m_columns.cbegin(), m_columns.cend(), [row](const SColumn& column) {
+        const STick* const tick = present(column.ticks, row);
+        return tick && tick->checked && tick->enabled;
+    });
+}
+
+const CRowStore::SCellWidget* CRowStore::cellWidget(int row, int column) const
+{
+    return contains(row, column) ? present(m_columns[size_t(column)].widgets, row) : nullptr;
+}
+
+void CRowStore::setCellWidget(int row, int column, SCellWidget widget)
+{
+    if (contains(row, column))
+        put(m_columns[size_t(column)].widgets, row, std::move(widget));
+}
+
+bool CRowStore::columnHasWidgets(int column) const
+{
+    const SColumn& cells = m_columns[size_t(column)];
+    return !cells.ticks.empty() || !cells.widgets.empty();
+}
+
+} // namespace KZ

@@ -1,0 +1,102 @@
+#pragma once
+
+#include <QHash>
+#include <QString>
+
+#include <array>
+#include <functional>
+#include <vector>
+
+class QWidget;
+
+namespace KZ {
+
+/// The cells of a table in the order in which its rows were added. A cell that is only a text costs
+/// no more than its string: colours, ticks and widget factories live in arrays that a column gets
+/// with the first cell that has one, and equal texts share their characters.
+///
+/// Rows and columns out of range are ignored by the setters and read as empty.
+class CRowStore
+{
+public:
+    struct STick
+    {
+        int id = 0;
+        int alignment = 0;
+        bool present = false;
+        bool checked = false;
+        bool enabled = false;
+    };
+    struct SCellWidget
+    {
+        std::function<QWidget*(QWidget*)> factory;
+        int alignment = 0;
+        bool present = false;
+    };
+
+    CRowStore();
+
+    int rowCount() const { return m_rowCount; }
+    int columnCount() const { return int(m_columns.size()); }
+    bool contains(int row, int column) const
+    {
+        return row >= 0 && row < m_rowCount && column >= 0 && column < columnCount();
+    }
+    void setColumnCount(int count);
+    void clear();
+    int appendRow();
+
+    const QString& text(int row, int column) const;
+    /// True when the text is another one than before.
+    bool setText(int row, int column, const QString& text);
+
+    QString colorKey(int row, int column) const;
+    void setColorKey(int row, int column, const char* key);
+
+    QString toolTip(int row, int column) const;
+    void setToolTip(int row, int column, const QString& text);
+    QString iconKey(int row, int column) const;
+    void setIconKey(int row, int column, const QString& key);
+
+    /// The cell's tick, null when it has none. Valid until the next row or tick is added.
+    const STick* tick(int row, int column) const;
+    STick* tick(int row, int column);
+    void setTick(int row, int column, const STick& tick);
+    /// Column of the row's first tick, -1 without one.
+    int firstTickColumn(int row) const;
+    /// Whether the row is ticked and free to be unticked: such a row is never hidden.
+    bool isRowTicked(int row) const;
+
+    const SCellWidget* cellWidget(int row, int column) const;
+    void setCellWidget(int row, int column, SCellWidget widget);
+    bool columnHasWidgets(int column) const;
+
+    static quint64 cellKey(int row, int column)
+    {
+        return (quint64(quint32(row)) << 32) | quint32(column);
+    }
+
+private:
+    struct SColumn
+    {
+        std::vector<quint16> colors;
+        std::vector<STick> ticks;
+        std::vector<SCellWidget> widgets;
+    };
+    size_t textIndex(int row, int column) const
+    {
+        return size_t(row) * m_columns.size() + size_t(column);
+    }
+    QString shared(const QString& text);
+    quint16 colorIndex(const char* key);
+
+    int m_rowCount = 0;
+    std::vector<QString> m_texts;
+    std::vector<SColumn> m_columns;
+    std::vector<QString> m_colorKeys;
+    QHash<quint64, QString> m_toolTips;
+    QHash<quint64, QString> m_iconKeys;
+    std::array<QString, 512> m_recentTexts;
+};
+
+} // namespace KZ

@@ -1,0 +1,496 @@
+#include "kit/table/TableCore.h"
+
+#include "kit/events/EventIds.h"
+#include "kit/resources/UiResource.h"
+#include "kit/table/CellWidgetLayer.h"
+#include "kit/table/TableColumns.h"
+#include "kit/table/TableDelegate.h"
+#include "kit/table/TableFilterBar.h"
+#include "kit/table/TableInput.h"
+#include "kit/table/TableView.h"
+#include "kit/table/TickBoxes.h"
+#include "kit/widgets/CheckBox.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QHeaderView>
+#include <QItemSelectionModel>
+#include <QPointer>
+#include <QScopedValueRollback>
+#include <QScrollBar>
+
+#include <algorithm>
+
+namespace KZ {
+
+namespace {
+
+QEvent::Type flushEvent()
+{
+    static const auto type = QEvent::Type(QEvent::registerEventType());
+    return type;
+}
+
+} // namespace
+
+CTableCore::CTableCore(COddEvenRowTable* table, int id, int menuFlags)
+    : m_table(table), m_id(id), m_model(new CTableModel(m_store, this)),
+      m_view(new CTableView(*this, table)),
+      m_delegate(new CTableDelegate(m_store, *m_model, m_view)),
+      m_layer(new CCellWidgetLayer(m_view, m_store, *m_model, table)),
+      m_columns(new CTableColumns(m_view, *m_model, m_store, *m_delegate)),
+      m_filterBar(new CTableFilterBar(table)), m_input(new CTableInput(*this, menuFlags))
+{
+    m_view->setModel(m_model);
+    m_view->setItemDelegate(m_delegate);
+    m_model->setHandlers(
+        [this](int row, int column, const QString& text) { return textEdited(row, column, text); },
+        [this](int row, int column, bool checked) { toggleByUser(row, column, checked); });
+    m_layer->boxes().setHandlers(
+        [this](int row, int column, bool checked) { setChecked(row, column, checked); },
+        [this](int row, int column, bool enabled) { setCheckEnabled(row, column, enabled); });
+    connect(m_view->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &CTableCore::selectionChanged);
+    connect(m_view->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            &CTableCore::selectionChanged);
+    connect(m_view->horizontalHeader(), &QHeaderView::sectionResized, this,
+            &CTableCore::cellsMoved);
+    connect(m_view->horizontalHeader(), &QHeaderView::sectionMoved, this, &CTableCore::cellsMoved);
+    connect(m_model, &QAbstractItemModel::layoutChanged, this, &CTableCore::cellsMoved);
+    m_table->setFocusProxy(m_view);
+    m_filterBar->hide();
+    setFlag(COddEvenRowTable::FLAG_ALTERNATE_ROWS | COddEvenRowTable::FLAG_ROW_SELECTION);
+    updateResources();
+}
+
+CTableCore::~CTableCore()
+{
+    // The view calls this object while it goes, so it has to go first.
+    delete m_view;
+}
+
+void CTableCore::updateResources()
+{
+    const int rowHeight = CUiResource::getSize(QStringLiteral("gw_siz_kit_table_row_height"));
+    m_view->verticalHeader()->setDefaultSectionSize(rowHeight);
+    m_view->horizontalHeader()->setFixedHeight(
+        CUiResource::getSize(QStringLiteral("gw_siz_kit_table_header_height")));
+    m_filterBar->updateResources();
+    m_layer->forgetNeededWidths();
+    m_columns->remeasure();
+    m_view->viewport()->update();
+    cellsMoved();
+}
+
+void CTableCore::place()
+{
+    QRect room = m_table->rect();
+    if (!m_filterBar->isHidden()) {
+        const int height = m_filterBar->sizeHint().height();
+        m_filterBar->setGeometry(room.left(), room.bottom() + 1 - height, room.width(), height);
+        room.setBottom(room.bottom() - height);
+    }
+    m_view->setGeometry(room);
+}
+
+void CTableCore::setFlag(int flags)
+{
+    m_view->setAlternatingRowColors((flags & COddEvenRowTable::FLAG_ALTERNATE_ROWS) != 0);
+    m_view->setSelectionBehavior((flags & COddEvenRowTable::FLAG_ROW_SELECTION) != 0
+                                     ? QAbstractItemView::SelectRows
+                                     : QAbstractItemView::SelectItems);
+}
+
+void CTableCore::setColumnCount(int count)
+{
+    if (count == m_store.columnCount() || count < 0)
+        return;
+    m_layer->clear();
+    m_model->setColumns(count);
+    m_columns->columnsChanged();
+    cellsMoved();
+}
+
+void CTableCore::setInnerEnabled(bool enabled)
+{
+    if (m_model->isInnerEnabled() == enabled)
+        return;
+    m_model->setInnerEnabled(enabled);
+    m_view->viewport()->setEnabled(enabled);
+    m_view->viewport()->update();
+}
+
+void CTableCore::clearRows()
+{
+    rememberPlace();
+    ++m_generation;
+    m_layer->clear();
+    m_model->clearRows();
+    m_chosenRow = -1;
+    cellsMoved();
+}
+
+int CTableCore::appendRow()
+{
+    scheduleFlush();
+    return m_store.appendRow();
+}
+
+void CTableCore::cellChanged(int row, int column)
+{
+    m_model->cellChanged(row, column);
+    scheduleFlush();
+}
+
+void CTableCore::setTick(int row, int column, const CRowStore::STick& tick)
+{
+    if (!m_store.contains(row, column))
+        return;
+    const bool hadTick = m_store.tick(row, column) != nullptr;
+    m_store.setCellWidget(row, column, {});
+    m_store.setTick(row, column, tick);
+    if (hadTick && tick.present)
+        m_layer->showTick(row, column);
+    else
+        m_layer->drop(row, column);
+    revealIfTicked(row);
+    cellChanged(row, column);
+    cellsMoved();
+}
+
+void CTableCore::setWidget(int row, int column, QWidget* widget, int alignment)
+{
+    if (!m_store.contains(row, column)) {
+        if (widget)
+            widget->deleteLater();
+        return;
+    }
+    CRowStore::STick tick;
+    if (const auto* const box = qobject_cast<CCheckBox*>(widget))
+        tick = {box->id(), alignment, true, box->isChecked(),
+                !box->testAttribute(Qt::WA_ForceDisabled)};
+    m_store.setTick(row, column, tick);
+    m_store.setCellWidget(row, column, {{}, alignment, widget && !tick.present});
+    if (widget)
+        m_layer->adopt(row, column, widget);
+    else
+        m_layer->drop(row, column);
+    revealIfTicked(row);
+    cellChanged(row, column);
+    cellsMoved();
+}
+
+void CTableCore::setFactory(int row, int column, COddEvenRowTable::CellWidgetFactory factory,
+                            int alignment)
+{
+    if (!m_store.contains(row, column))
+        return;
+    const bool present = factory != nullptr;
+    m_store.setTick(row, column, {});
+    m_store.setCellWidget(row, column, {std::move(factory), alignment, present});
+    m_layer->drop(row, column);
+    cellChanged(row, column);
+    cellsMoved();
+}
+
+QWidget* CTableCore::widget(int row, int column)
+{
+    if (!m_store.contains(row, column))
+        return nullptr;
+    flush();
+    QWidget* const widget = m_layer->widget(row, column);
+    updateWidgetWidths();
+    return widget;
+}
+
+void CTableCore::setChecked(int row, int column, bool checked)
+{
+    CRowStore::STick* const tick = m_store.tick(row, column);
+    if (!tick || tick->checked == checked)
+        return;
+    tick->checked = checked;
+    m_layer->showTick(row, column);
+    revealIfTicked(row);
+    cellChanged(row, column);
+}
+
+void CTableCore::setCheckEnabled(int row, int column, bool enabled)
+{
+    CRowStore::STick* const tick = m_store.tick(row, column);
+    if (!tick || tick->enabled == enabled)
+        return;
+    tick->enabled = enabled;
+    m_layer->showTick(row, column);
+    revealIfTicked(row);
+    cellChanged(row, column);
+}
+
+void CTableCore::toggleByUser(int row, int column, bool checked)
+{
+    const CRowStore::STick* const tick = m_store.tick(row, column);
+    if (!tick || !tick->enabled || tick->checked == checked)
+        return;
+    const int tickId = tick->id;
+    setChecked(row, column, checked);
+    QWidget* const box = m_layer->existingWidget(row, column);
+    m_table->deliverEvent(EVENT_CHECK_TOGGLED, tickId, checked ? 1 : 0, QString(),
+                          box ? box : m_table);
+}
+
+bool CTableCore::textEdited(int row, int column, const QString& text)
+{
+    CCellEdit edit{text, true};
+    const QPointer<CTableCore> guard(this);
+    const quint32 generation = m_generation;
+    m_table->deliverEvent(EVENT_CELL_EDITED, row, column, text, &edit);
+    if (!edit.accepted)
+        return false;
+    if (guard && generation == m_generation && m_store.setText(row, column, edit.text))
+        cellChanged(row, column);
+    return true;
+}
+
+void CTableCore::revealIfTicked(int row)
+{
+    if (m_model->isFiltered() && m_model->viewRowOf(row) < 0 && m_store.isRowTicked(row)) {
+        m_revealPending = true;
+        scheduleFlush();
+    }
+}
+
+void CTableCore::rememberPlace()
+{
+    // Cleared again before any row was shown: the user's place is still the remembered one.
+    if (m_place.isValid && m_model->rowCount() == 0)
+        return;
+    const QModelIndex current = m_view->currentIndex();
+    m_place.isValid = true;
+    m_place.verticalScroll = m_view->verticalScrollBar()->value();
+    m_place.horizontalScroll = m_view->horizontalScrollBar()->value();
+    m_place.row = m_model->rowAt(current.row());
+    m_place.column = current.column();
+    m_place.isSelected = m_view->selectionModel()->isSelected(current);
+}
+
+void CTableCore::returnToPlace()
+{
+    if (!m_place.isValid || m_model->rowCount() == 0)
+        return;
+    m_place.isValid = false;
+    const QModelIndex current = m_model->index(m_model->viewRowOf(m_place.row), m_place.column);
+    m_view->setAutoScroll(false);
+    if (current.isValid()) {
+        m_view->selectionModel()->setCurrentIndex(
+            current, m_place.isSelected
+                         ? QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows
+                         : QItemSelectionModel::NoUpdate);
+    }
+    m_view->layoutNow();
+    m_view->verticalScrollBar()->setValue(m_place.verticalScroll);
+    m_view->horizontalScrollBar()->setValue(m_place.horizontalScroll);
+    m_view->setAutoScroll(true);
+}
+
+void CTableCore::refilter()
+{
+    const QVector<int> selected = selectedRows();
+    const int current = m_model->rowAt(m_view->currentIndex().row());
+    const int column = m_view->currentIndex().column();
+    const QScopedValueRollback<int> program(m_programActions, m_programActions + 1);
+    m_revealPending = false;
+    m_model->setFilter(m_filter);
+    QItemSelection selection;
+    QVector<int> viewRows;
+    for (const int row : selected) {
+        if (const int viewRow = m_model->viewRowOf(row); viewRow >= 0)
+            viewRows.append(viewRow);
+    }
+    std::sort(viewRows.begin(), viewRows.end());
+    const int lastColumn = m_model->columnCount() - 1;
+    for (qsizetype i = 0; i < viewRows.size();) {
+        qsizetype end = i + 1;
+        while (end < viewRows.size() && viewRows[end] == viewRows[end - 1] + 1)
+            ++end;
+        selection.select(m_model->index(viewRows[i], 0),
+                         m_model->index(viewRows[end - 1], lastColumn));
+        i = end;
+    }
+    const QModelIndex index = m_model->index(m_model->viewRowOf(current), column);
+    if (index.isValid())
+        m_view->selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
+    m_view->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+    m_filterBar->setCount(m_model->rowCount(), m_store.rowCount());
+    cellsMoved();
+}
+
+void CTableCore::setFilter(const QString& text)
+{
+    flush();
+    m_filter = text;
+    refilter();
+}
+
+int CTableCore::selectedRow()
+{
+    flush();
+    const QModelIndex current = m_view->currentIndex();
+    if (m_view->selectionModel()->isSelected(current))
+        return m_model->rowAt(current.row());
+    const QItemSelection selection = m_view->selectionModel()->selection();
+    return selection.isEmpty() ? -1 : m_model->rowAt(selection.first().top());
+}
+
+QVector<int> CTableCore::selectedRows()
+{
+    flush();
+    QVector<int> viewRows;
+    const QItemSelection selection = m_view->selectionModel()->selection();
+    for (const QItemSelectionRange& range : selection) {
+        for (int viewRow = range.top(); viewRow <= range.bottom(); ++viewRow)
+            viewRows.append(viewRow);
+    }
+    std::sort(viewRows.begin(), viewRows.end());
+    viewRows.erase(std::unique(viewRows.begin(), viewRows.end()), viewRows.end());
+    std::transform(viewRows.cbegin(), viewRows.cend(), viewRows.begin(),
+                   [this](int viewRow) { return m_model->rowAt(viewRow); });
+    return viewRows;
+}
+
+void CTableCore::selectRow(int row)
+{
+    flush();
+    const QScopedValueRollback<int> program(m_programActions, m_programActions + 1);
+    const int viewRow = m_model->viewRowOf(row);
+    if (viewRow < 0)
+        m_view->clearSelection();
+    else
+        m_view->selectionModel()->setCurrentIndex(
+            m_model->index(viewRow, std::max(m_view->currentIndex().column(), 0)),
+            QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    m_chosenRow = selectedRow();
+}
+
+void CTableCore::selectionChanged()
+{
+    if (m_programActions > 0)
+        return;
+    m_choicePending = true;
+    if (m_userActions == 0) {
+        ++m_userActions;
+        userActionEnded();
+    }
+}
+
+void CTableCore::userActionEnded()
+{
+    --m_userActions;
+    if (m_userActions > 0 || !m_choicePending)
+        return;
+    m_choicePending = false;
+    const int row = selectedRow();
+    if (row == m_chosenRow)
+        return;
+    m_chosenRow = row;
+    if (row >= 0)
+        m_table->deliverEvent(EVENT_ROW_SELECTED, row, m_id, QString(), m_table);
+}
+
+void CTableCore::scheduleFlush()
+{
+    if (m_flushPosted)
+        return;
+    m_flushPosted = true;
+    QCoreApplication::postEvent(this, new QEvent(flushEvent()));
+}
+
+bool CTableCore::event(QEvent* event)
+{
+    if (event->type() != flushEvent())
+        return QObject::event(event);
+    m_flushPosted = false;
+    flush();
+    return true;
+}
+
+void CTableCore::flush(bool painting)
+{
+    if (m_isFlushing)
+        return;
+    const QScopedValueRollback<bool> flushing(m_isFlushing, true);
+    const QScopedValueRollback<int> program(m_programActions, m_programActions + 1);
+    if (m_model->hasUnpublishedRows()) {
+        m_model->publish();
+        m_columns->measureTexts();
+        returnToPlace();
+        m_chosenRow = selectedRow();
+        m_filterBar->setCount(m_model->rowCount(), m_store.rowCount());
+    }
+    m_model->flushChanges();
+    if (m_revealPending)
+        refilter();
+    if (!m_widgetsStale || !(painting || m_view->isVisible()))
+        return;
+    m_view->layoutNow();
+    m_layer->sync();
+    updateWidgetWidths();
+    m_layer->sync();
+    m_widgetsStale = false;
+}
+
+void CTableCore::updateWidgetWidths()
+{
+    for (int column = 0; column < m_store.columnCount(); ++column)
+        m_columns->setWidgetWidth(column, m_layer->neededWidth(column));
+}
+
+void CTableCore::cellsMoved()
+{
+    m_widgetsStale = true;
+    if (!m_isFlushing)
+        scheduleFlush();
+}
+
+void CTableCore::cellWidgetResized()
+{
+    if (m_layer->remeasure())
+        cellsMoved();
+}
+
+void CTableCore::viewResized()
+{
+    m_columns->fit();
+    cellsMoved();
+}
+
+bool CTableCore::keyPressed(QKeyEvent& event)
+{
+    return m_input->keyPressed(event);
+}
+
+void CTableCore::textComposed(QInputMethodEvent& event)
+{
+    m_input->textComposed(event);
+}
+
+void CTableCore::contextMenuAsked(const QPoint& globalPos, int column)
+{
+    m_input->showMenu(globalPos, column);
+}
+
+QList<QWidget*> CTableCore::currentRowFocusWidgets() const
+{
+    QList<QWidget*> widgets;
+    const int row = m_model->rowAt(m_view->currentIndex().row());
+    for (int place = 0; place < m_store.columnCount(); ++place) {
+        const int column = m_view->horizontalHeader()->logicalIndex(place);
+        widgets += m_layer->focusWidgets(row, column);
+    }
+    return widgets;
+}
+
+int CTableCore::cellWidgetWidth(int column) const
+{
+    return m_layer->neededWidth(column);
+}
+
+} // namespace KZ

@@ -1,0 +1,132 @@
+#pragma once
+
+#include "kit/table/OddEvenRowTable.h"
+#include "kit/table/RowStore.h"
+#include "kit/table/TableModel.h"
+#include "kit/table/TableViewClient.h"
+
+#include <QObject>
+
+namespace KZ {
+
+class CCellWidgetLayer;
+class CTableColumns;
+class CTableDelegate;
+class CTableFilterBar;
+class CTableInput;
+class CTableView;
+
+/// The inside of a COddEvenRowTable: it holds the parts together and decides when the view learns
+/// what the program did. Everything the program does between two turns of the event loop reaches
+/// the view in one step (flush()), which a posted event brings about, or a paint, or somebody who
+/// needs the view.
+class CTableCore : public QObject, public ITableViewClient
+{
+    Q_OBJECT
+
+public:
+    CTableCore(COddEvenRowTable* table, int id, int menuFlags);
+    ~CTableCore() override;
+
+    int id() const { return m_id; }
+    CRowStore& store() { return m_store; }
+    const CRowStore& store() const { return m_store; }
+    CTableModel& model() { return *m_model; }
+    CTableView* view() const { return m_view; }
+    CTableColumns& columns() { return *m_columns; }
+    CCellWidgetLayer& layer() { return *m_layer; }
+    COddEvenRowTable* table() const { return m_table; }
+    CTableFilterBar* filterBar() const { return m_filterBar; }
+
+    /// Lays out view and filter bar in the table.
+    void place();
+    void updateResources();
+    void setFlag(int flags);
+    void setColumnCount(int count);
+    void setInnerEnabled(bool enabled);
+
+    void clearRows();
+    int appendRow();
+    void cellChanged(int row, int column);
+    void setTick(int row, int column, const CRowStore::STick& tick);
+    void setWidget(int row, int column, QWidget* widget, int alignment);
+    void setFactory(int row, int column, COddEvenRowTable::CellWidgetFactory factory,
+                    int alignment);
+    QWidget* widget(int row, int column);
+    /// A tick set by the program.
+    void setChecked(int row, int column, bool checked);
+    void setCheckEnabled(int row, int column, bool enabled);
+    /// A tick set by the user otherwise than by a click on its check box; delivers the event.
+    void toggleByUser(int row, int column, bool checked);
+    /// Counts how often the rows were cleared; tells a loop that its rows are gone.
+    quint32 generation() const { return m_generation; }
+
+    int selectedRow();
+    QVector<int> selectedRows();
+    void selectRow(int row);
+    void setFilter(const QString& text);
+
+    /// Brings view and cell widgets up to date.
+    void flush(bool painting = false);
+
+    void aboutToPaint() override { flush(true); }
+    void cellsMoved() override;
+    void cellWidgetResized() override;
+    void viewResized() override;
+    void userActionBegun() override { ++m_userActions; }
+    void userActionEnded() override;
+    bool keyPressed(QKeyEvent& event) override;
+    void textComposed(QInputMethodEvent& event) override;
+    void contextMenuAsked(const QPoint& globalPos, int column) override;
+    QList<QWidget*> currentRowFocusWidgets() const override;
+    int cellWidgetWidth(int column) const override;
+
+protected:
+    bool event(QEvent* event) override;
+
+private:
+    /// Where the user was before the rows were rebuilt.
+    struct SPlace
+    {
+        bool isValid = false;
+        int verticalScroll = 0;
+        int horizontalScroll = 0;
+        int row = -1;
+        int column = 0;
+        bool isSelected = false;
+    };
+
+    void scheduleFlush();
+    void rememberPlace();
+    void returnToPlace();
+    void refilter();
+    void revealIfTicked(int row);
+    void selectionChanged();
+    bool textEdited(int row, int column, const QString& text);
+    void updateWidgetWidths();
+
+    COddEvenRowTable* const m_table;
+    const int m_id;
+    QString m_filter;
+    SPlace m_place;
+    quint32 m_generation = 0;
+    int m_chosenRow = -1;
+    int m_userActions = 0;
+    int m_programActions = 0;
+    bool m_choicePending = false;
+    bool m_flushPosted = false;
+    bool m_isFlushing = false;
+    bool m_widgetsStale = true;
+    bool m_revealPending = false;
+    // The parts come last, because the view calls this object while it is being made.
+    CRowStore m_store;
+    CTableModel* m_model;
+    CTableView* m_view;
+    CTableDelegate* m_delegate;
+    CCellWidgetLayer* m_layer;
+    CTableColumns* m_columns;
+    CTableFilterBar* m_filterBar;
+    CTableInput* m_input;
+};
+
+} // namespace KZ

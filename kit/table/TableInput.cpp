@@ -1,0 +1,235 @@
+#include "kit/table/TableInput.h"
+
+#include "kit/table/DisplayText.h"
+#include "kit/table/TableColumns.h"
+#include "kit/table/TableCore.h"
+#include "kit/table/TableFilterBar.h"
+#include "kit/table/TableView.h"
+#include "kit/widgets/Menu.h"
+
+#include <QClipboard>
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QInputMethodEvent>
+#include <QLineEdit>
+#include <QPointer>
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+namespace KZ {
+
+CTableInput::CTableInput(CTableCore& core, int menuFlags)
+    : QObject(&core), m_core(core), m_menuFlags(menuFlags)
+{
+    CTableFilterBar* const bar = m_core.filterBar();
+    connect(bar, &CTableFilterBar::textChanged, &m_core, &CTableCore::setFilter);
+    connect(bar, &CTableFilterBar::closed, this, &CTableInput::closeFilter);
+    connect(bar, &CTableFilterBar::left, this, &CTableInput::leaveFilter);
+}
+
+bool CTableInput::keyPressed(QKeyEvent& event)
+{
+    if (event.matches(QKeySequence::Copy)) {
+        copySelection();
+        return true;
+    }
+    if (event.matches(QKeySequence::SelectAll)) {
+        m_core.flush();
+        m_core.view()->selectAll();
+        return true;
+    }
+    const bool isPlain = (event.modifiers() & ~(Qt::KeypadModifier | Qt::ShiftModifier)) == 0;
+    if (!isPlain)
+        return false;
+    switch (event.key()) {
+    case Qt::Key_Space:
+        toggleSelectedTicks();
+        return true;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        return enterRow();
+    case Qt::Key_Escape:
+        if (m_core.filterBar()->isHidden())
+            return false;
+        closeFilter();
+        return true;
+    default:
+        break;
+    }
+    const QString text = event.text();
+    if (text.isEmpty() || !text.front().isPrint() ||
+        m_core.view()->currentIndex().flags().testFlag(Qt::ItemIsEditable))
+        return false;
+    openFilter();
+    m_core.filterBar()->edit()->insert(text);
+    return true;
+}
+
+void CTableInput::textComposed(QInputMethodEvent& event)
+{
+    openFilter();
+    QCoreApplication::sendEvent(m_core.filterBar()->edit(), &event);
+}
+
+/// Starts editing the current cell, else the row's first editable one, else goes to its widgets.
+bool CTableInput::enterRow()
+{
+    CTableView* const view = m_core.view();
+    const QModelIndex current = view->currentIndex();
+    if (current.flags().testFlag(Qt::ItemIsEditable)) {
+        view->edit(current);
+        return true;
+    }
+    for (int place = 0; place < m_core.store().columnCount(); ++place) {
+        const QModelIndex cell =
+            current.siblingAtColumn(view->horizontalHeader()->logicalIndex(place));
+        if (cell.flags().testFlag(Qt::ItemIsEditable)) {
+            view->setCurrentIndex(cell);
+            view->edit(cell);
+            return true;
+        }
+    }
+    const QList<QWidget*> widgets = m_core.currentRowFocusWidgets();
+    if (widgets.isEmpty())
+        return false;
+    widgets.first()->setFocus(Qt::TabFocusReason);
+    return true;
+}
+
+void CTableInput::toggleSelectedTicks()
+{
+    if (!m_core.model().isInnerEnabled())
+        return;
+    QVector<int> rows = m_core.selectedRows();
+    if (rows.isEmpty())
+        rows.append(m_core.model().rowAt(m_core.view()->currentIndex().row()));
+    const CRowStore& store = m_core.store();
+    const int currentColumn = m_core.view()->currentIndex().column();
+    std::vector<std::pair<int, int>> cells;
+    bool allTicked = true;
+    for (const int row : std::as_const(rows)) {
+        const int column =
+            store.tick(row, currentColumn) ? currentColumn : store.firstTickColumn(row);
+        const CRowStore::STick* const tick = store.tick(row, column);
+        if (!tick || !tick->enabled)
+            continue;
+        cells.emplace_back(row, column);
+        allTicked = allTicked && tick->checked;
+    }
+    const QPointer<CTableInput> guard(this);
+    const quint32 generation = m_core.generation();
+    for (const auto& [row, column] : cells) {
+        m_core.toggleByUser(row, column, !allTicked);
+        if (!guard || generation != m_core.generation())
+            return;
+    }
+}
+
+QString CTableInput::selectionAsText() const
+{
+    const QVector<int> rows = m_core.selectedRows();
+    const CRowStore& store = m_core.store();
+    const QHeaderView* const header = m_core.view()->horizontalHeader();
+    QString text;
+    for (const int row : rows) {
+        if (!text.isEmpty())
+            text += u'\n';
+        for (int place = 0; place < store.columnCount(); ++place) {
+            const int column = header->logicalIndex(place);
+            if (place > 0)
+                text += u'\t';
+            if (const CRowStore::STick* const tick = store.tick(row, column))
+                text += tick->checked ? tr("是") : tr("否");
+            else
+                text += clipboardText(store.text(row, column));
+        }
+    }
+    return text;
+}
+
+void CTableInput::copySelection()
+{
+    const QString text = selectionAsText();
+    if (!text.isEmpty())
+        QGuiApplication::clipboard()->setText(text);
+}
+
+void CTableInput::openFilter()
+{
+    CTableFilterBar* const bar = m_core.filterBar();
+    if (bar->isHidden()) {
+        m_core.flush();
+        bar->setCount(m_core.model().rowCount(), m_core.store().rowCount());
+        bar->show();
+        m_core.place();
+    }
+    bar->edit()->setFocus(Qt::ShortcutFocusReason);
+}
+
+void CTableInput::closeFilter()
+{
+    CTableFilterBar* const bar = m_core.filterBar();
+    bar->edit()->clear();
+    m_core.view()->setFocus(Qt::OtherFocusReason);
+    bar->hide();
+    m_core.place();
+}
+
+void CTableInput::leaveFilter(int key)
+{
+    CTableView* const view = m_core.view();
+    view->setFocus(Qt::OtherFocusReason);
+    if (key == Qt::Key_Return || key == Qt::Key_Enter)
+        return;
+    QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+    QCoreApplication::sendEvent(view, &press);
+}
+
+void CTableInput::addSortActions(QMenu* menu, int column)
+{
+    QHeaderView* const header = m_core.view()->horizontalHeader();
+    const QString name = safeText(m_core.model().headerText(column), 32);
+    const auto add = [&](const QString& text, int section, Qt::SortOrder order) {
+        menu->addAction(text, this,
+                        [header, section, order] { header->setSortIndicator(section, order); });
+    };
+    if (column >= 0) {
+        add(tr("按“%1”升序").arg(name), column, Qt::AscendingOrder);
+        add(tr("按“%1”降序").arg(name), column, Qt::DescendingOrder);
+    }
+    if (m_core.model().sortColumn() >= 0)
+        add(tr("取消排序"), -1, Qt::AscendingOrder);
+}
+
+void CTableInput::showMenu(const QPoint& globalPos, int column)
+{
+    m_core.flush();
+    auto* const menu = new CMenu(m_core.view());
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    const bool hasSelection = m_core.view()->selectionModel()->hasSelection();
+    if (m_menuFlags & COddEvenRowTable::MENU_COPY)
+        menu->addAction(tr("复制\tCtrl+C"), this, &CTableInput::copySelection)
+            ->setEnabled(hasSelection);
+    if (m_menuFlags & COddEvenRowTable::MENU_SELECT_ALL)
+        menu->addAction(tr("全选\tCtrl+A"), m_core.view(), &QTableView::selectAll)
+            ->setEnabled(m_core.model().rowCount() > 0);
+    if (m_menuFlags & COddEvenRowTable::MENU_FILTER)
+        menu->addAction(tr("筛选…"), this, &CTableInput::openFilter);
+    if (m_menuFlags & COddEvenRowTable::MENU_SORT) {
+        menu->addSeparator();
+        addSortActions(menu, column);
+    }
+    if (m_menuFlags & COddEvenRowTable::MENU_RESET_COLUMNS) {
+        menu->addSeparator();
+        menu->addAction(tr("恢复默认列"), &m_core.columns(), &CTableColumns::reset);
+    }
+    if (menu->isEmpty())
+        delete menu;
+    else
+        menu->popup(globalPos);
+}
+
+} // namespace KZ

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QTableView>
+
+namespace KZ {
+
+class ITableViewClient;
+
+/// The view inside a COddEvenRowTable. It tells its client before it paints and when cells move,
+/// offers it every key first, and takes Tab through the current row's widgets only, so that the
+/// widgets of a full page are no obstacle on the way through a dialog.
+class CTableView : public QTableView
+{
+    Q_OBJECT
+
+public:
+    CTableView(ITableViewClient& client, QWidget* parent);
+
+    /// Carries out a pending layout, so that positions and scroll ranges are valid.
+    void layoutNow();
+
+    void keyboardSearch(const QString& search) override;
+
+protected Q_SLOTS:
+    void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
+
+protected:
+    bool event(QEvent* event) override;
+    bool viewportEvent(QEvent* event) override;
+    void scrollContentsBy(int dx, int dy) override;
+    void updateGeometries() override;
+    void resizeEvent(QResizeEvent* event) override;
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void inputMethodEvent(QInputMethodEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
+    int sizeHintForColumn(int column) const override;
+
+private:
+    template <class Action>
+    void userAction(Action action);
+
+    ITableViewClient& m_client;
+};
+
+} // namespace KZ

@@ -1,0 +1,41 @@
+#pragma once
+
+class QInputMethodEvent;
+class QKeyEvent;
+class QPoint;
+class QWidget;
+template <class T>
+class QList;
+
+namespace KZ {
+
+/// What the view asks of the table around it.
+class ITableViewClient
+{
+public:
+    ITableViewClient() = default;
+    ITableViewClient(const ITableViewClient&) = delete;
+    ITableViewClient& operator=(const ITableViewClient&) = delete;
+    virtual ~ITableViewClient() = default;
+
+    /// Something is about to be painted: rows and cell widgets have to be in place.
+    virtual void aboutToPaint() = 0;
+    /// Cells have moved within the viewport.
+    virtual void cellsMoved() = 0;
+    /// A cell widget wants another size.
+    virtual void cellWidgetResized() = 0;
+    virtual void viewResized() = 0;
+    /// Brackets the view's own handling of what the user did by mouse or key.
+    virtual void userActionBegun() = 0;
+    virtual void userActionEnded() = 0;
+    /// True when the key has been used up.
+    virtual bool keyPressed(QKeyEvent& event) = 0;
+    virtual void textComposed(QInputMethodEvent& event) = 0;
+    virtual void contextMenuAsked(const QPoint& globalPos, int column) = 0;
+    /// The current row's widgets that can take the focus, in visual order.
+    virtual QList<QWidget*> currentRowFocusWidgets() const = 0;
+    /// Width in pixels that the widgets of a column need.
+    virtual int cellWidgetWidth(int column) const = 0;
+};
+
+} // namespace KZ
