@@ -5,6 +5,17 @@
 
 namespace GW {
 
+namespace {
+
+int usualGap()
+{
+    return KZ::CUiResource::getSize(QStringLiteral("gw_siz_kit_list_space"));
+}
+
+} // namespace
+
+CFormRow::CFormRow(QWidget* parent) : CFormRow(usualGap(), usualGap(), parent) {}
+
 CFormRow::CFormRow(int captionGap, int fieldGap, QWidget* parent)
     : CWidgetList(Qt::Horizontal, parent), m_captionGap(captionGap), m_fieldGap(fieldGap)
 {
@@ -26,6 +37,11 @@ KZ::CSimpleTextWidget* CFormRow::addField(const QString& caption, QWidget* edito
     editor->resize(size);
     addFixWidget(editor);
     return text;
+}
+
+KZ::CSimpleTextWidget* CFormRow::addField(const QString& caption, QWidget* editor, int width)
+{
+    return addField(caption, editor, QSize(width, editor->sizeHint().height()));
 }
 
 KZ::CSimpleTextWidget* CFormRow::addRemark(const QString& text, int gap)

@@ -19,9 +19,12 @@ class CFormRow : public KZ::CWidgetList
 public:
     /// `captionGap` stands between a caption and its editor, `fieldGap` before the next caption.
     CFormRow(int captionGap, int fieldGap, QWidget* parent);
+    /// With the registry's distance between neighbours for both.
+    explicit CFormRow(QWidget* parent);
 
-    /// Appends a caption and an editor of the given size.
+    /// Appends a caption and an editor of the given size, or of this width in its own height.
     KZ::CSimpleTextWidget* addField(const QString& caption, QWidget* editor, const QSize& size);
+    KZ::CSimpleTextWidget* addField(const QString& caption, QWidget* editor, int width);
 
     /// Appends a text that says something about the field before it.
     KZ::CSimpleTextWidget* addRemark(const QString& text, int gap);

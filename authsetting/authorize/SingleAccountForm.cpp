@@ -76,9 +76,7 @@ void CSingleAccountForm::addRows()
 {
     const int gap = sizeOf("gw_siz_kit_list_space");
     const int space = sizeOf("gw_siz_auth_setting_single_account_row_inner_space");
-    const auto editorSize = [](const QWidget* editor) {
-        return QSize(sizeOf("gw_siz_setting_accounts_editor_width"), editor->sizeHint().height());
-    };
+    const int width = sizeOf("gw_siz_setting_accounts_editor_width");
     const auto addRow = [this](CFormRow* row) {
         row->addStretch();
         addFixWidget(row);
@@ -87,24 +85,25 @@ void CSingleAccountForm::addRows()
     auto* names = new CFormRow(gap, space, this);
     m_platform = newDisplay(ID_PLATFORM, names);
     m_broker = newDisplay(ID_BROKER, names);
-    names->addField(QStringLiteral("交易平台"), m_platform, editorSize(m_platform));
-    m_brokerCaption = names->addField(QStringLiteral("经纪公司"), m_broker, editorSize(m_broker));
+    names->addField(QStringLiteral("交易平台"), m_platform, width);
+    m_brokerCaption = names->addField(QStringLiteral("经纪公司"), m_broker, width);
     addRow(names);
 
     auto* users = new CFormRow(gap, space, this);
     m_account = newDisplay(ID_ACCOUNT, users);
     m_grantee = new KZ::CComboBox(ID_GRANTEE, users);
     m_grantee->setEditable(true);
-    users->addField(QStringLiteral("账　　号"), m_account, editorSize(m_account));
-    users->addField(QStringLiteral("被授权人"), m_grantee, editorSize(m_grantee));
+    users->addField(QStringLiteral("账　　号"), m_account, width);
+    users->addField(QStringLiteral("被授权人"), m_grantee, width);
     m_state = users->addRemark(QStringLiteral("未授权"), gap);
+    m_state->setObjectName(QStringLiteral("halden_account_state"));
     addRow(users);
 
     auto* days = new CFormRow(gap, space, this);
     m_start = new KZ::CSoftCalendarLineEdit(ID_START, days);
     m_end = new KZ::CSoftCalendarLineEdit(ID_END, days);
-    days->addField(QStringLiteral("起始时间"), m_start, editorSize(m_start));
-    days->addField(QStringLiteral("终止时间"), m_end, editorSize(m_end));
+    days->addField(QStringLiteral("起始时间"), m_start, width);
+    days->addField(QStringLiteral("终止时间"), m_end, width);
     addRow(days);
 }
 

@@ -13,7 +13,6 @@
 #include "authsetting/shell/ResultTip.h"
 #include "authsetting/subusers/RestrictedUserForm.h"
 #include "authsetting/subusers/RestrictedUserTable.h"
-#include "authsetting/subusers/RowCancelButton.h"
 #include "authsetting/subusers/SubUserPassword.h"
 #include "kit/dates/SoftCalendarLineEdit.h"
 #include "kit/events/EventIds.h"
@@ -238,8 +237,8 @@ bool CAuthSettingSingleRestrictedUserGeneralTabPage::handleEvent(int eventId, in
 
 void CAuthSettingSingleRestrictedUserGeneralTabPage::onClicked(int id)
 {
-    if (id >= CRowCancelButton::firstId)
-        cancelRow(id - CRowCancelButton::firstId);
+    if (id >= CRestrictedUserTable::firstCancelButtonId)
+        cancelRow(id - CRestrictedUserTable::firstCancelButtonId);
     else if (id == stateButtonId)
         onStateButton();
     else if (id == grantButtonId)

@@ -47,6 +47,7 @@ CRestrictedUserForm::CRestrictedUserForm(QWidget* parent) : CWidgetList(Qt::Vert
     m_name->setEnabled(false);
     user->addField(QStringLiteral("子用户名"), m_name, editorSize);
     m_state = user->addRemark(QString(), fieldGap);
+    m_state->setObjectName(QStringLiteral("halden_sub_user_state"));
     addRow(user);
 
     auto* passwords = new CFormRow(captionGap, fieldGap, this);

@@ -6,8 +6,8 @@
 #include "authsetting/services/AuthDetail.h"
 #include "authsetting/shell/AccountTexts.h"
 #include "authsetting/shell/TableLayouts.h"
-#include "authsetting/subusers/RowCancelButton.h"
 #include "kit/resources/UiResource.h"
+#include "kit/widgets/SmallNormalButton.h"
 
 #include <array>
 
@@ -18,6 +18,11 @@ namespace {
 constexpr int tableId = 0x400014;
 constexpr auto riseColor = "clr_stock_rise";
 constexpr auto neutralColor = "clr_stock_neutral";
+
+int sizeOf(const char* key)
+{
+    return KZ::CUiResource::getSize(QString::fromLatin1(key));
+}
 
 QString textOr(const QString& text, const QString& fallback)
 {
@@ -57,16 +62,28 @@ int CRestrictedUserTable::addAccount(const boost::shared_ptr<CAccount>& account)
     const QString key = genAccountKeyQs(keyToAccountInfo(account->key()));
     m_rows.append({account, key, false, {}});
     m_rowOfKey.insert(key, row);
-    setItemWidget(
-        row, Operation,
-        [this, row](QWidget* parent) {
-            auto* button = new CRowCancelButton(row, parent);
-            button->setOffered(m_rows.at(row).cancellable);
-            m_rows[row].cancelButton = button;
-            return button;
-        },
-        Qt::AlignCenter);
+    offerCancelButton(row);
     return row;
+}
+
+void CRestrictedUserTable::offerCancelButton(int row)
+{
+    setItemWidget(
+        row, Operation, [this, row](QWidget* parent) { return newCancelButton(row, parent); },
+        Qt::AlignCenter);
+}
+
+QWidget* CRestrictedUserTable::newCancelButton(int row, QWidget* parent)
+{
+    auto* button = new KZ::CSmallNormalButton(firstCancelButtonId + row, parent);
+    button->setText(QStringLiteral("取消授权"));
+    button->setAccessibleName(QStringLiteral("取消授权") + itemText(row, Account));
+    button->resize(sizeOf("gw_siz_auth_setting_account_btn_width"),
+                   sizeOf("gw_siz_auth_setting_account_btn_height"));
+    if (!m_rows.at(row).cancellable)
+        button->hide();
+    m_rows[row].cancelButton = button;
+    return button;
 }
 
 boost::shared_ptr<CAccount> CRestrictedUserTable::account(int row) const
@@ -123,9 +140,14 @@ void CRestrictedUserTable::showAccount(int row, bool locked, bool cancellable)
                        QString::fromStdString(account.brokerId)));
     setItemText(row, Account, accountDisplayIDQs(account));
     Row& shown = m_rows[row];
+    if (shown.cancellable == cancellable)
+        return;
     shown.cancellable = cancellable;
-    if (shown.cancelButton)
-        shown.cancelButton->setOffered(cancellable);
+    // The table alone shows a button, in its cell: one that was hidden is made anew for that.
+    if (cancellable && shown.cancelButton)
+        offerCancelButton(row);
+    else if (shown.cancelButton)
+        shown.cancelButton->hide();
 }
 
 void CRestrictedUserTable::showState(int row, const QString& text, const char* colorKey)

@@ -10,11 +10,14 @@
 
 #include <boost/shared_ptr.hpp>
 
+namespace KZ {
+class CSmallNormalButton;
+}
+
 namespace GW {
 
 class CAccount;
 class CAuthDetail;
-class CRowCancelButton;
 
 /// The user's own accounts in the table of one restricted user, each with a tick for a grant to be
 /// made, its state, and a button that cancels its grant. GUI thread only.
@@ -26,6 +29,8 @@ public:
     /// Added to a row's identifier it makes the identifier of the row's check box.
     static constexpr int firstCheckBoxId = 100;
     static constexpr int lastCheckBoxId = 99999;
+    /// Likewise for the identifier of the button that cancels the row's grant.
+    static constexpr int firstCancelButtonId = 100000;
 
     enum Column {
         Select,
@@ -70,6 +75,8 @@ public:
     QWidget* cancelButton(int row);
 
 private:
+    void offerCancelButton(int row);
+    QWidget* newCancelButton(int row, QWidget* parent);
     void showAccount(int row, bool locked, bool cancellable);
     void showState(int row, const QString& text, const char* colorKey);
     void showDays(int row, const CAuthLimit& limit);
@@ -79,7 +86,7 @@ private:
         boost::shared_ptr<CAccount> account;
         QString key;
         bool cancellable = false;
-        QPointer<CRowCancelButton> cancelButton;
+        QPointer<KZ::CSmallNormalButton> cancelButton;
     };
     QVector<Row> m_rows;
     QHash<QString, int> m_rowOfKey;

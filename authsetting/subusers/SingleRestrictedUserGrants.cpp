@@ -146,7 +146,7 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::repeatAfterGrant()
     if (m_lastToServer) {
         reloadData();
     } else {
-        // The file has always been written twice, with a tip each; hosts count on both.
+        // Twice on purpose: the second writing with its own tip belongs to the tab's behaviour.
         exportPending();
         exportPending();
     }

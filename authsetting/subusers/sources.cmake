@@ -3,5 +3,5 @@ set(subusers_SOURCES
     AuthSettingSingleRestrictedUserGeneralTabPage.cpp
     AuthSettingSingleRestrictedUserGeneralTabPage.h BurstGate.cpp BurstGate.h PendingGrant.h
     PendingGrants.cpp PendingGrants.h RestrictedUserForm.cpp RestrictedUserForm.h
-    RestrictedUserTable.cpp RestrictedUserTable.h RowCancelButton.cpp RowCancelButton.h
+    RestrictedUserTable.cpp RestrictedUserTable.h
     SingleRestrictedUserGrants.cpp SubUserPassword.cpp SubUserPassword.h)
