@@ -1,0 +1,38 @@
+#include "backend/store/StoreFailure.h"
+
+namespace backend {
+
+QString StoreFailure::text() const
+{
+    switch (kind) {
+    case Kind::None:
+        return {};
+    case Kind::Missing:
+        return QStringLiteral("授权数据库不存在");
+    case Kind::NotAStore:
+        return QStringLiteral("所选文件不是授权数据库");
+    case Kind::Damaged:
+        return QStringLiteral("授权数据库已损坏，文件保持原样，请从备份恢复");
+    case Kind::NewerSchema:
+        return QStringLiteral("授权数据库由更新版本的程序建立，请升级后再打开");
+    case Kind::Busy:
+        return QStringLiteral("授权数据库正忙，请稍后重试");
+    case Kind::Full:
+        return QStringLiteral("磁盘空间不足，授权数据库无法写入");
+    case Kind::ReadOnly:
+        return QStringLiteral("没有写入授权数据库的权限");
+    case Kind::Io:
+        return QStringLiteral("授权数据库读写失败，请检查磁盘");
+    case Kind::Replaced:
+        return QStringLiteral("授权数据库文件已被替换或删除，请重新登录");
+    case Kind::OutOfMemory:
+        return QStringLiteral("内存不足，授权数据库操作未完成");
+    case Kind::Constraint:
+        return QStringLiteral("数据与授权数据库中的记录冲突");
+    case Kind::Other:
+        break;
+    }
+    return QStringLiteral("授权数据库操作失败");
+}
+
+} // namespace backend

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QString>
+
+namespace backend {
+
+/// Why the store could not do something for reasons of its own. A value.
+struct StoreFailure
+{
+    enum class Kind {
+        None,
+        /// There is no store at the place named.
+        Missing,
+        /// The file is something else than a store.
+        NotAStore,
+        Damaged,
+        /// Written by a newer program.
+        NewerSchema,
+        /// Another process kept the store locked for too long.
+        Busy,
+        Full,
+        ReadOnly,
+        Io,
+        /// The file at the store's place is another one than the one that was opened.
+        Replaced,
+        OutOfMemory,
+        /// A row that the tables themselves forbid.
+        Constraint,
+        Other,
+    };
+
+    Kind kind = Kind::None;
+    /// The engine's own words, for the log.
+    QString detail;
+
+    explicit operator bool() const { return kind != Kind::None; }
+    /// What to tell the user, in Chinese; empty for None.
+    QString text() const;
+};
+
+} // namespace backend
