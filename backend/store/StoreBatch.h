@@ -1,0 +1,61 @@
+#pragma once
+
+#include "backend/store/AuditTrail.h"
+#include "backend/store/Database.h"
+#include "backend/store/ExchangeDays.h"
+#include "backend/store/GrantRules.h"
+#include "backend/store/ModelEditor.h"
+
+#include <QDate>
+#include <QDateTime>
+#include <QHash>
+#include <QSet>
+#include <QString>
+
+namespace backend {
+
+/// What the requests of one transaction share. Failures are thrown as StoreError.
+class StoreBatch
+{
+public:
+    StoreBatch(Database& database, ModelEditor& editor, ExchangeDays& days, const QDateTime& now);
+
+    Database& database() { return m_database; }
+    ModelEditor& editor() { return m_editor; }
+    const UserModel& model() const { return m_editor.model(); }
+    ExchangeDays& days() { return m_days; }
+    AuditTrail& audit() { return m_audit; }
+    /// When the batch began, UTC, ISO 8601.
+    const QString& time() const { return m_time; }
+    /// The same in the exchange time zone.
+    const QDate& today() const { return m_today; }
+
+    /// The user of that name, asked once per batch.
+    GranteeState grantee(const QString& name);
+    qint64 nextGrantId();
+    /// Notes that what this user sees has changed.
+    void touch(qint64 userId) { m_touched.insert(userId); }
+    /// Has the model read anew at the end, for changes that are not worth following one by one.
+    void readAnew() { m_readAnew = true; }
+    /// Ends the grants of all users whose last day has passed.
+    void endOverdueGrants();
+    /// Writes the versions of everybody concerned; the last step before the commit.
+    void finish();
+
+private:
+    Database& m_database;
+    ModelEditor& m_editor;
+    ExchangeDays& m_days;
+    QString m_time;
+    QDate m_today;
+    AuditTrail m_audit;
+    QHash<QString, GranteeState> m_grantees;
+    QSet<qint64> m_touched;
+    qint64 m_nextGrantId = 0;
+    bool m_readAnew = false;
+};
+
+/// The days and the condition of a grant as the audit trail shows them.
+QString grantDetailText(const QDate& firstDay, const QDate& lastDay, double ratio);
+
+} // namespace backend

@@ -1,0 +1,15 @@
+#include "backend/store/UserStore.h"
+
+#include "backend/store/EmbeddedStore.h"
+
+namespace backend {
+
+UserStore::~UserStore() = default;
+
+std::unique_ptr<UserStore> UserStore::create(const StoreOptions& options, qint64 userId,
+                                             const QString& userName)
+{
+    return std::make_unique<EmbeddedStore>(options, userId, userName);
+}
+
+} // namespace backend
