@@ -1,0 +1,140 @@
+#include "backend/client/GrantFileWriter.h"
+
+#include "authsetting/services/AccountKey.h"
+#include "backend/sealedfile/GrantPayload.h"
+#include "backend/sealedfile/SafeFileWriter.h"
+#include "backend/sealedfile/SealedFile.h"
+#include "backend/sealedfile/Wipe.h"
+#include "utils/LogCenter.h"
+
+#include <QFileInfo>
+
+#include <boost/make_shared.hpp>
+
+#include <utility>
+
+namespace backend {
+
+namespace {
+
+using Details = QVector<boost::shared_ptr<GW::CAuthDetail>>;
+
+// The records as they go into the file: what the user's own data says of the account wins over
+// what the page sent, and nobody can name another grantor.
+Details recordsForFile(const Details& grants, const QString& userName,
+                       const AccountSnapshot& accounts)
+{
+    Details records;
+    for (const auto& grant : grants) {
+        auto record = boost::make_shared<GW::CAuthDetail>(*grant);
+        record->grantor = userName;
+        if (const auto own = accounts.account(GW::genAccountKeyQs(grant->account)))
+            record->account = *own;
+        records.append(record);
+    }
+    return records;
+}
+
+SealedFileError seal(const Details& records, const QString& password, bool cheap, QByteArray* bytes)
+{
+    SecretBytes payload;
+    const SealedFileError error = encodeGrants(records, &payload);
+    for (const auto& record : records)
+        wipe(record->account.accountPrivate);
+    if (error != SealedFileError::None)
+        return error;
+    return sealToBytes(payload.view(), password, cheap ? SealProfile::Test : SealProfile::Standard,
+                       bytes);
+}
+
+QVector<FileGrant> storeGrants(const Details& grants)
+{
+    QVector<FileGrant> result;
+    for (const auto& grant : grants) {
+        result.append({grant->grantRef, grant->grantee, GW::genAccountKeyQs(grant->account),
+                       GW::accountDisplayIDQs(grant->account), grant->limit});
+    }
+    return result;
+}
+
+} // namespace
+
+GrantFileWriter::GrantFileWriter(StoreLink& store, QString userName, bool cheap)
+    : m_store(store), m_userName(std::move(userName)), m_cheap(cheap)
+{
+}
+
+ExportError GrantFileWriter::write(const QString& filePath, const QString& password,
+                                   const Details& grants, const AccountSnapshot& accounts)
+{
+    QString reason;
+    const ExportError error = writeUnlogged(filePath, password, grants, accounts, &reason);
+    if (error != ExportError::None) {
+        utils::CLogCenter::warning(QStringLiteral("Authorization file not written (%1) %2")
+                                       .arg(static_cast<int>(error))
+                                       .arg(reason));
+    }
+    return error;
+}
+
+ExportError GrantFileWriter::writeUnlogged(const QString& filePath, const QString& password,
+                                           const Details& grants, const AccountSnapshot& accounts,
+                                           QString* reason)
+{
+    if (grants.isEmpty())
+        return ExportError::NoGrants;
+    QSet<QString> references;
+    for (const auto& grant : grants) {
+        if (!grant || grant->grantRef.isEmpty())
+            return ExportError::NoReference;
+        references.insert(grant->grantRef);
+    }
+    if (password.trimmed().isEmpty())
+        return ExportError::EmptyPassword;
+    if (filePath.contains(QChar(0)))
+        return ExportError::BadPath;
+
+    QFileInfo target(filePath);
+    if (target.fileName().isEmpty() || target.isDir())
+        return ExportError::BadPath;
+    // The save dialog has asked about an existing file of the name that was typed, not about one
+    // of the completed name.
+    const bool completed = target.suffix().isEmpty();
+    if (completed)
+        target.setFile(filePath + QStringLiteral(".taa"));
+    const QString path = target.absoluteFilePath();
+    const bool repeat = m_written.value(path) == references;
+    const auto replace =
+        completed && !repeat ? SafeFileWriter::Replace::Refused : SafeFileWriter::Replace::Allowed;
+    if (replace == SafeFileWriter::Replace::Refused && (target.exists() || target.isSymLink()))
+        return ExportError::FileExists;
+
+    QByteArray bytes;
+    const SealedFileError sealing =
+        seal(recordsForFile(grants, m_userName, accounts), password, m_cheap, &bytes);
+    if (sealing != SealedFileError::None) {
+        *reason = sealedFileErrorText(sealing);
+        return ExportError::Seal;
+    }
+    SafeFileWriter writer;
+    if (!writer.prepare(path, bytes)) {
+        *reason = writer.errorText();
+        return ExportError::Write;
+    }
+    const UserStore::Exported exported = m_store.commitExport(storeGrants(grants), repeat);
+    if (exported.error != ExportError::None) {
+        *reason = exported.reason;
+        return exported.error;
+    }
+    const SafeFileWriter::Published published = writer.publish(replace);
+    if (published != SafeFileWriter::Published::Yes) {
+        *reason = writer.errorText();
+        m_store.revertExport(exported.changed);
+        return published == SafeFileWriter::Published::Exists ? ExportError::FileExists
+                                                              : ExportError::Write;
+    }
+    m_written.insert(path, references);
+    return ExportError::None;
+}
+
+} // namespace backend

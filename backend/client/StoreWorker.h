@@ -1,0 +1,55 @@
+#pragma once
+
+#include "backend/client/Delivery.h"
+#include "backend/client/RequestQueue.h"
+#include "backend/client/SnapshotBuilder.h"
+#include "backend/store/UserStore.h"
+
+#include <QObject>
+
+#include <functional>
+#include <memory>
+
+class QTimer;
+
+namespace backend {
+
+/// The side of the client that talks to the store, in a thread of its own. Every function but the
+/// constructor and destructor runs in that thread.
+class StoreWorker : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// `deliver` is called in the worker's thread with what was committed.
+    using Deliver = std::function<void(const std::shared_ptr<Delivery>&)>;
+
+    StoreWorker(const StoreOptions& options, qint64 userId, const QString& userName,
+                RequestQueue& queue, Deliver deliver);
+    ~StoreWorker() override;
+
+    /// Opens the store and reads the user's data into `first`.
+    StoreFailure open(Delivery* first);
+    /// Runs everything that is queued as one transaction and delivers the results.
+    void process();
+    /// See UserStore; the new state, if any, goes into `delivery`.
+    UserStore::Exported commitExport(const QVector<FileGrant>& grants, bool repeat,
+                                     Delivery* delivery);
+    void revertExport(const QStringList& references, Delivery* delivery);
+    /// Lets go of the store and of the timer.
+    void close();
+
+private:
+    void poll();
+    void addSnapshot(Delivery* delivery);
+
+    StoreOptions m_options;
+    RequestQueue& m_queue;
+    Deliver m_deliver;
+    std::unique_ptr<UserStore> m_store;
+    SnapshotBuilder m_snapshots;
+    std::unique_ptr<QTimer> m_pollTimer;
+    quint64 m_deliveries = 0;
+};
+
+} // namespace backend
