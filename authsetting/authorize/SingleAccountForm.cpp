@@ -18,6 +18,8 @@
 #include "kit/widgets/MediumNormalButton.h"
 #include "kit/widgets/SimpleTextWidget.h"
 
+#include <QTableView>
+
 namespace GW {
 
 namespace {

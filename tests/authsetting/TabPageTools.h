@@ -1,0 +1,65 @@
+#pragma once
+
+#include "kit/table/OddEvenRowTable.h"
+#include "tests/authsetting/ModalDriver.h"
+#include "tests/authsetting/ShellTestTools.h"
+#include "tests/support/TestCase.h"
+#include "tests/support/fakes/FakeServices.h"
+
+/// The widget of a class of the kit that carries the identifier `id`, null without one.
+template <class Widget>
+Widget* byId(const QWidget* root, int id)
+{
+    const QList<Widget*> widgets = root->findChildren<Widget*>();
+    for (Widget* widget : widgets) {
+        if (widget->id() == id)
+            return widget;
+    }
+    return nullptr;
+}
+
+/// The one tip that is shown, null when there is none or more than one.
+inline KZ::CMessageTip* onlyTip()
+{
+    const QList<KZ::CMessageTip*> tips = KZ::CMessageTip::visibleTips();
+    return tips.size() == 1 ? tips.first() : nullptr;
+}
+
+/// Fails unless exactly one tip is shown, at `tipAnchor`, with these texts and this kind.
+#define VERIFY_TIP(tipAnchor, tipTexts, tipKind)                                                   \
+    do {                                                                                           \
+        KZ::CMessageTip* shownTip = onlyTip();                                                     \
+        QVERIFY2(shownTip, "there is not exactly one tip");                                        \
+        QCOMPARE(shownTip->texts(), QStringList(tipTexts));                                        \
+        QCOMPARE(shownTip->kind(), tipKind);                                                       \
+        QCOMPARE(shownTip->anchor(), static_cast<QWidget*>(tipAnchor));                            \
+    } while (false)
+
+/// Noon of the fake services' day.
+inline QDate testToday()
+{
+    return QDate(2026, 3, 2);
+}
+
+/// The texts of a table row, the cells' widgets left out.
+inline QStringList rowTexts(const KZ::COddEvenRowTable* table, int row)
+{
+    QStringList texts;
+    for (int column = 0; column < table->columnCount(); ++column)
+        texts.append(table->itemText(row, column));
+    return texts;
+}
+
+inline QStringList headerTexts(const KZ::COddEvenRowTable* table)
+{
+    QStringList texts;
+    for (int column = 0; column < table->columnCount(); ++column)
+        texts.append(table->headerText(column));
+    return texts;
+}
+
+/// Seconds of a day's first moment in the exchange time zone.
+inline qint32 secondsOf(const QDate& day)
+{
+    return static_cast<qint32>(day.startOfDay(utils::exchangeTimeZone()).toSecsSinceEpoch());
+}
