@@ -47,7 +47,7 @@ void CComboBox::takeEditor(QLineEdit* editor)
     disconnect(editor, &QLineEdit::editingFinished, this, nullptr);
     connect(editor, &QLineEdit::returnPressed, this, &CComboBox::commit);
     connect(editor, &QLineEdit::textChanged, this,
-            [this](const QString& text) { m_tracker.textChanged(text); });
+            [this] { m_tracker.textChanged(currentText()); });
     connect(editor, &QLineEdit::textEdited, this, [this](const QString& text) {
         m_tracker.textEdited(text);
         deliverEvent(EVENT_TEXT_EDITED, m_id, 0, text, static_cast<QWidget*>(this));
@@ -98,8 +98,7 @@ bool CComboBox::eventFilter(QObject* watched, QEvent* event)
 void CComboBox::focusOutEvent(QFocusEvent* event)
 {
     CEventWidgetT<QComboBox>::focusOutEvent(event);
-    // The box's own list and another program's window take the focus only for a while.
-    if (event->reason() == Qt::PopupFocusReason || event->reason() == Qt::ActiveWindowFocusReason)
+    if (!CEditTracker::endsEditing(event->reason()))
         return;
     const QPointer<CComboBox> guard(this);
     if (isEditable() && m_tracker.isChanged(currentText()))

@@ -1,5 +1,7 @@
 #include "kit/widgets/EditTracker.h"
 
+#include <QApplication>
+
 namespace KZ {
 
 void CEditTracker::textEdited(const QString& text)
@@ -10,7 +12,6 @@ void CEditTracker::textEdited(const QString& text)
 
 void CEditTracker::textChanged(const QString& text)
 {
-    // A handler of the edit may have set another text meanwhile; that one is the program's.
     if (!m_editing || text != m_edited)
         m_base = text;
     m_editing = false;
@@ -19,6 +20,12 @@ void CEditTracker::textChanged(const QString& text)
 void CEditTracker::commit(const QString& text)
 {
     m_base = text;
+}
+
+bool CEditTracker::endsEditing(Qt::FocusReason reason)
+{
+    return reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason &&
+           !QApplication::activePopupWidget();
 }
 
 } // namespace KZ

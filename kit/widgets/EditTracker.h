@@ -14,11 +14,16 @@ public:
     /// The user has just changed the text to `text`; a textChanged() with it follows.
     void textEdited(const QString& text);
 
-    /// The text is `text` now; unless the user's edit was reported before, the program set it.
+    /// A change was signalled and the editor's text is `text` now, which a handler may have set
+    /// meanwhile; unless it is the edit reported before, the program set it.
     void textChanged(const QString& text);
 
     /// The present text counts as finished.
     void commit(const QString& text);
+
+    /// Whether losing the focus for `reason` ends the editing: the editor's own list or menu and
+    /// another window take it only for a while.
+    static bool endsEditing(Qt::FocusReason reason);
 
     bool isChanged(const QString& text) const { return text != m_base; }
 

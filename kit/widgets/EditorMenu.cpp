@@ -3,60 +3,52 @@
 #include "kit/widgets/Menu.h"
 
 #include <QAction>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QLineEdit>
-
-#include <array>
-#include <memory>
-#include <utility>
 
 namespace KZ {
 
 namespace {
 
-/// Object names that Qt gives the actions of the menu, with the texts shown instead of its own.
-const std::array<std::pair<QLatin1String, QString>, 7>& labels()
+template <class Slot>
+void addEntry(QMenu* menu, QLineEdit* editor, const QString& text, QKeySequence::StandardKey keys,
+              bool enabled, Slot slot)
 {
-    static const std::array<std::pair<QLatin1String, QString>, 7> all{{
-        {QLatin1String("edit-undo"), QStringLiteral("撤销")},
-        {QLatin1String("edit-redo"), QStringLiteral("重做")},
-        {QLatin1String("edit-cut"), QStringLiteral("剪切")},
-        {QLatin1String("edit-copy"), QStringLiteral("复制")},
-        {QLatin1String("edit-paste"), QStringLiteral("粘贴")},
-        {QLatin1String("edit-delete"), QStringLiteral("删除")},
-        {QLatin1String("select-all"), QStringLiteral("全选")},
-    }};
-    return all;
-}
-
-void relabel(QAction* action)
-{
-    for (const auto& [name, text] : labels()) {
-        if (action->objectName() != name)
-            continue;
-        const QString shortcut = action->text().section(QLatin1Char('\t'), 1);
-        action->setText(shortcut.isEmpty() ? text : QString(text + QLatin1Char('\t') + shortcut));
-        action->setIcon(QIcon());
-        return;
-    }
+    // The keys are only shown; the editor itself listens to them.
+    const QString shown = QKeySequence(keys).toString(QKeySequence::NativeText);
+    QAction* const action =
+        menu->addAction(shown.isEmpty() ? text : QString(text + QLatin1Char('\t') + shown));
+    action->setEnabled(enabled);
+    QObject::connect(action, &QAction::triggered, editor, slot);
 }
 
 } // namespace
 
 void showEditorMenu(QLineEdit* editor, const QPoint& globalPosition)
 {
-    QMenu* const standard = editor->createStandardContextMenu();
-    if (!standard)
-        return;
     auto* const menu = new CMenu(editor);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    const QList<QAction*> actions = standard->actions();
-    for (QAction* action : actions) {
-        relabel(action);
-        // The standard menu owns its actions; reparented they live as long as the shown one.
-        action->setParent(menu);
-        menu->addAction(action);
-    }
-    delete standard;
+    const bool writable = !editor->isReadOnly();
+    // What a hidden text says must not get out through the clipboard.
+    const bool selected = editor->hasSelectedText();
+    const bool copyable = selected && editor->echoMode() == QLineEdit::Normal;
+    const bool filled = !QGuiApplication::clipboard()->text().isEmpty();
+    addEntry(menu, editor, QStringLiteral("撤销"), QKeySequence::Undo,
+             writable && editor->isUndoAvailable(), &QLineEdit::undo);
+    addEntry(menu, editor, QStringLiteral("重做"), QKeySequence::Redo,
+             writable && editor->isRedoAvailable(), &QLineEdit::redo);
+    menu->addSeparator();
+    addEntry(menu, editor, QStringLiteral("剪切"), QKeySequence::Cut, writable && copyable,
+             &QLineEdit::cut);
+    addEntry(menu, editor, QStringLiteral("复制"), QKeySequence::Copy, copyable, &QLineEdit::copy);
+    addEntry(menu, editor, QStringLiteral("粘贴"), QKeySequence::Paste, writable && filled,
+             &QLineEdit::paste);
+    addEntry(menu, editor, QStringLiteral("删除"), QKeySequence::Delete, writable && selected,
+             &QLineEdit::del);
+    menu->addSeparator();
+    addEntry(menu, editor, QStringLiteral("全选"), QKeySequence::SelectAll,
+             !editor->text().isEmpty(), &QLineEdit::selectAll);
     menu->popup(globalPosition);
 }
 

@@ -20,8 +20,7 @@ CLineEdit::CLineEdit(int id, QWidget* parent) : CEventWidgetT<QLineEdit>(parent)
     resize(sizeHint());
     setAttribute(Qt::WA_Resized, false);
     connect(this, &QLineEdit::returnPressed, this, &CLineEdit::commit);
-    connect(this, &QLineEdit::textChanged, this,
-            [this](const QString& text) { m_tracker.textChanged(text); });
+    connect(this, &QLineEdit::textChanged, this, [this] { m_tracker.textChanged(text()); });
     connect(this, &QLineEdit::textEdited, this, [this](const QString& text) {
         m_tracker.textEdited(text);
         deliverEvent(EVENT_TEXT_EDITED, m_id, 0, text, static_cast<QWidget*>(this));
@@ -56,8 +55,7 @@ void CLineEdit::onUiResourceChanged()
 void CLineEdit::focusOutEvent(QFocusEvent* event)
 {
     CEventWidgetT<QLineEdit>::focusOutEvent(event);
-    // A context menu and another program's window take the focus only for a while.
-    if (event->reason() == Qt::PopupFocusReason || event->reason() == Qt::ActiveWindowFocusReason)
+    if (!CEditTracker::endsEditing(event->reason()))
         return;
     const QPointer<CLineEdit> guard(this);
     if (m_tracker.isChanged(text()))
