@@ -31,6 +31,7 @@ CTableColumns::CTableColumns(CTableView* view, CTableModel& model, const CRowSto
     header()->setMinimumSectionSize(STableLayout::MIN_WIDTH);
     header()->setMaximumSectionSize(STableLayout::MAX_WIDTH);
     connect(header(), &QHeaderView::sectionResized, this, &CTableColumns::userResized);
+    connect(header(), &QHeaderView::sortIndicatorChanged, this, &CTableColumns::fit);
 }
 
 QHeaderView* CTableColumns::header() const
@@ -83,12 +84,23 @@ void CTableColumns::userResized()
 
 int CTableColumns::leastWidth(int column) const
 {
-    return std::max(header()->sectionSizeHint(column), m_columns[size_t(column)].widgetWidth);
+    // Only the column that the rows are sorted by needs room for the mark of sorting.
+    return std::max(column == m_model.sortColumn() ? header()->sectionSizeHint(column)
+                                                   : headerTextWidth(column),
+                    m_columns[size_t(column)].widgetWidth);
+}
+
+int CTableColumns::headerTextWidth(int column) const
+{
+    const QString text = m_model.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+    const int margin = header()->style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, header());
+    return header()->fontMetrics().horizontalAdvance(text) + 2 * margin + 1;
 }
 
 int CTableColumns::naturalWidth(int column) const
 {
-    return std::max(leastWidth(column), m_columns[size_t(column)].textWidth);
+    const SColumn& settings = m_columns[size_t(column)];
+    return std::max({header()->sectionSizeHint(column), settings.widgetWidth, settings.textWidth});
 }
 
 void CTableColumns::measureTexts()

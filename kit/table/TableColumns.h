@@ -58,6 +58,7 @@ private:
 
     QHeaderView* header() const;
     bool isColumn(int column) const { return column >= 0 && column < int(m_columns.size()); }
+    int headerTextWidth(int column) const;
     int leastWidth(int column) const;
     int naturalWidth(int column) const;
     void apply(const STableLayout& layout);

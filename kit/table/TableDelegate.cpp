@@ -57,9 +57,7 @@ void CTableDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option
                                        : option.state.testFlag(QStyle::State_Active)
                                            ? QPalette::Active
                                            : QPalette::Inactive;
-    if (selected)
-        painter->fillRect(option.rect, option.palette.brush(group, QPalette::Highlight));
-    if (option.state.testFlag(QStyle::State_HasFocus)) {
+    if (enabled && option.state.testFlag(QStyle::State_HasFocus)) {
         painter->setPen(CUiResource::getColor(QStringLiteral("clr_focus")));
         painter->drawRect(option.rect.adjusted(0, 0, -1, -1));
     }

@@ -8,6 +8,8 @@
 #include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QInputMethodEvent>
+#include <QPaintEvent>
+#include <QPainter>
 #include <QPointer>
 
 #include <algorithm>
@@ -29,6 +31,7 @@ CTableView::CTableView(ITableViewClient& client, QWidget* parent)
                     QAbstractItemView::AnyKeyPressed);
     verticalHeader()->hide();
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    verticalHeader()->setMinimumSectionSize(1);
     QHeaderView* const header = horizontalHeader();
     header->setSectionsMovable(true);
     header->setSectionsClickable(true);
@@ -73,6 +76,43 @@ bool CTableView::viewportEvent(QEvent* event)
     else if (event->type() == QEvent::LayoutRequest)
         m_client.cellWidgetResized();
     return QTableView::viewportEvent(event);
+}
+
+void CTableView::paintEvent(QPaintEvent* event)
+{
+    paintGrounds(event->rect());
+    QTableView::paintEvent(event);
+}
+
+/// Grounds of the rows over the whole width, also where no column is, and of the selection.
+void CTableView::paintGrounds(const QRect& room)
+{
+    const int first = rowAt(room.top());
+    if (first < 0)
+        return;
+    QPainter painter(viewport());
+    const bool isWholeRow = selectionBehavior() == QAbstractItemView::SelectRows;
+    const QPalette::ColorGroup group = !viewport()->isEnabled() ? QPalette::Disabled
+                                       : isActiveWindow()       ? QPalette::Active
+                                                                : QPalette::Inactive;
+    const QBrush alternate = palette().brush(group, QPalette::AlternateBase);
+    const QBrush highlight = palette().brush(group, QPalette::Highlight);
+    const QModelIndex root = rootIndex();
+    for (int row = first; row < model()->rowCount(); ++row) {
+        const int top = rowViewportPosition(row);
+        if (top > room.bottom())
+            break;
+        const QRect ground(0, top, viewport()->width(), rowHeight(row));
+        if (isWholeRow && selectionModel()->isSelected(model()->index(row, 0, root)))
+            painter.fillRect(ground, highlight);
+        else if (alternatingRowColors() && row % 2 == 1)
+            painter.fillRect(ground, alternate);
+        for (int column = 0; !isWholeRow && column < model()->columnCount(); ++column) {
+            const QModelIndex index = model()->index(row, column, root);
+            if (selectionModel()->isSelected(index))
+                painter.fillRect(visualRect(index), highlight);
+        }
+    }
 }
 
 void CTableView::scrollContentsBy(int dx, int dy)

@@ -27,6 +27,7 @@ protected Q_SLOTS:
 protected:
     bool event(QEvent* event) override;
     bool viewportEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
     void scrollContentsBy(int dx, int dy) override;
     void updateGeometries() override;
     void resizeEvent(QResizeEvent* event) override;
@@ -41,6 +42,7 @@ protected:
     int sizeHintForColumn(int column) const override;
 
 private:
+    void paintGrounds(const QRect& room);
     template <class Action>
     void userAction(Action action);
 
