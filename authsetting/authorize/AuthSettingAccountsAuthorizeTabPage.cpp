@@ -3,6 +3,7 @@
 #include "authsetting/authorize/BatchAccountsTable.h"
 #include "authsetting/authorize/BatchForm.h"
 #include "authsetting/authorize/GrantFilePrompt.h"
+#include "authsetting/authorize/GranteeList.h"
 #include "authsetting/services/AccountKey.h"
 #include "authsetting/services/AuthClient.h"
 #include "authsetting/services/MsgService.h"
@@ -71,7 +72,7 @@ void CAuthSettingAccountsAuthorizeTabPage::reloadData()
     m_accounts.clear();
     m_accountIndex.clear();
     fillTable();
-    fillGrantees();
+    fillGranteeBox(m_form->granteeEditor());
 }
 
 void CAuthSettingAccountsAuthorizeTabPage::fillTable()
@@ -95,20 +96,6 @@ void CAuthSettingAccountsAuthorizeTabPage::fillTable()
             m_accountIndex.insert(key, m_accounts.size());
         m_accounts.append(account);
     }
-}
-
-void CAuthSettingAccountsAuthorizeTabPage::fillGrantees()
-{
-    CAuthClient* client = getAuthClient();
-    QVector<QString> users;
-    if (!client || !client->getSubUserList(users))
-        return;
-    QStringList grantees;
-    for (const QString& user : std::as_const(users)) {
-        if (client->isSubUserActive(user))
-            grantees.append(user);
-    }
-    m_form->setGrantees(grantees);
 }
 
 bool CAuthSettingAccountsAuthorizeTabPage::isReadyToGrant()

@@ -57,7 +57,6 @@ private:
     void buildMenu();
     void connectClient();
     void fillTable();
-    void fillGrantees();
 
     bool isReadyToGrant();
     void grantSelected(const QString& password, bool toServer);

@@ -69,22 +69,14 @@ CBatchForm::~CBatchForm()
 
 void CBatchForm::addField(const QString& caption, QWidget* editor)
 {
-    auto* row = new CFormRow(this);
+    auto* row = new CFormRow(uiSize("gw_siz_kit_list_space"), 0, this);
     row->addField(caption, editor, uiSize("gw_siz_setting_accounts_editor_width"));
-    row->addStretch();
     addFixWidget(row);
 }
 
 QString CBatchForm::grantee() const
 {
     return m_granteeEditor->currentText();
-}
-
-void CBatchForm::setGrantees(const QStringList& users)
-{
-    m_granteeEditor->clear();
-    m_granteeEditor->addItems(users);
-    m_granteeEditor->clearEditText();
 }
 
 CAuthLimit CBatchForm::limit() const

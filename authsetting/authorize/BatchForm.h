@@ -5,7 +5,6 @@
 
 #include <QDate>
 #include <QString>
-#include <QStringList>
 
 namespace KZ {
 class CComboBox;
@@ -39,8 +38,6 @@ public:
 
     /// The user's text, untrimmed.
     QString grantee() const;
-    /// The names to choose from; the text becomes empty.
-    void setGrantees(const QStringList& users);
 
     /// The edited range as the conditions of a grant.
     CAuthLimit limit() const;

@@ -1,0 +1,74 @@
+#include "authsetting/services/Services.h"
+#include "tests/authsetting/DialogTools.h"
+#include "tests/support/TestCase.h"
+
+#include <climits>
+
+class MissingServicesTest : public TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void cleanup()
+    {
+        KZ::CMessageTip::closeAll();
+        TestCase::cleanup();
+    }
+
+    void everyServiceMayBeMissing_data()
+    {
+        QTest::addColumn<int>("missing");
+        QTest::newRow("authorization client") << 0;
+        QTest::newRow("user configuration") << 1;
+        QTest::newRow("environment") << 2;
+        QTest::newRow("messages") << 3;
+        QTest::newRow("time") << 4;
+        QTest::newRow("all") << 5;
+    }
+
+    void everyServiceMayBeMissing()
+    {
+        QFETCH(int, missing);
+        FakeServices services;
+        services.user.addAccount(1, 1, "b", "1", mbservice::AUTH_TYPE_NOT_GRANTED);
+        services.user.addAccount(2, 1, "b", "2", mbservice::AUTH_TYPE_GRANTED_TO_OTHER);
+        services.client.subUsers = {QStringLiteral("s1")};
+        const auto unless = [missing](int service, auto* object) {
+            return missing == service || missing == 5 ? nullptr : object;
+        };
+        GW::installServices(unless(0, &services.client), unless(1, &services.user),
+                            unless(2, &services.config), unless(3, &services.messages),
+                            unless(4, &services.time));
+        OpenDialog dialog;
+        dialog.load();
+        dialog.show();
+        const QString key = services.user.accounts[0]->key();
+        for (const int page : {201, 202, 203}) {
+            for (const int subPage : {INT_MAX, 20101, 20401}) {
+                dialog.showPage(page, subPage, key, 0);
+                KZ::CStandardTabControl* tabs = dialog.shownPage()->tabControl();
+                for (int tab = 0; tab < tabs->tabCount(); ++tab) {
+                    QVERIFY(tabs->activateTab(tab));
+                    QWidget* widget = tabs->getTabWidget(tab);
+                    auto* tabPage = qobject_cast<GW::IAuthSettingTabPage*>(widget);
+                    for (const int event : {41, 59, 67, 68, 87, 88, 1103}) {
+                        for (const int id : {0, 1, 2, 4, 100})
+                            tabPage->handleEvent(event, id, 1, QString(), nullptr);
+                    }
+                    if (tabPage->metaObject()->indexOfSlot("onServerAuthTriggered(bool)") >= 0)
+                        QMetaObject::invokeMethod(tabPage, "onServerAuthTriggered",
+                                                  Q_ARG(bool, false));
+                }
+            }
+        }
+        dialog.slotUiUpdateAuth();
+        QVERIFY(services.client.addAuths.isEmpty());
+    }
+};
+
+int main(int argc, char** argv)
+{
+    return runTest<MissingServicesTest>(argc, argv);
+}
+
+#include "MissingServicesTest.moc"
