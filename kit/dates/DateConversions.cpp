@@ -15,7 +15,9 @@ QDateTime momentIn(const QTimeZone& zone, const QDate& date, const QTime& time)
     const QDateTime start = date.startOfDay(zone);
     if (start.time() >= time && start.date() == date)
         return start;
-    const QDateTime moment(date, time, zone);
+    // Made from the count, because a skipped time is otherwise shown as it was given.
+    const QDateTime moment =
+        QDateTime::fromMSecsSinceEpoch(QDateTime(date, time, zone).toMSecsSinceEpoch(), zone);
     if (moment.date() == date && moment.time() == time) {
         // Of two moments with the same reading Qt may give either.
         const QTimeZone::OffsetData change = zone.previousTransition(moment);

@@ -135,7 +135,7 @@ void CSoftCalendarLineEdit::stepBy(int steps)
         const QScopedValueRollback<bool> quiet(m_quiet, true);
         QDateEdit::stepBy(steps);
         if (date() < m_minimum)
-            QDateEdit::setDate(steps > 0 ? m_minimum : std::max(m_reported, m_minimum));
+            QDateEdit::setDate(steps > 0 || m_reported > m_minimum ? m_minimum : m_reported);
     }
     onDateChanged();
 }

@@ -85,7 +85,6 @@ CSimpleInputDialog::CSimpleInputDialog(const QString& title, const QString& icon
     buttons->addWidget(m_cancel);
     column->addLayout(buttons);
     setContentWidget(content);
-    setFocusProxy(m_edit);
 
     connect(m_edit, &QLineEdit::textChanged, this, [this] {
         const bool isBlank = !m_edit->text().isEmpty() && !isAcceptable();

@@ -13,6 +13,7 @@
 #include <QToolButton>
 
 #include <algorithm>
+#include <initializer_list>
 #include <limits>
 
 namespace KZ {
@@ -179,7 +180,10 @@ void CMessageTip::dismiss()
 {
     if (!openTips().removeOne(this))
         return;
-    qApp->removeEventFilter(this);
+    for (QObject* const watched : std::initializer_list<QObject*>{qApp, m_window, m_anchor}) {
+        if (watched)
+            watched->removeEventFilter(this);
+    }
     for (QTimer* const timer : {&m_refreshTimer, &m_arrangeTimer, &m_closeTimer})
         timer->stop();
     hide();
@@ -225,7 +229,7 @@ void CMessageTip::refresh()
     setAccessibleName(name);
     m_body->setAccessibleName(name);
     arrange();
-    updateAway();
+    updateAway(QGuiApplication::applicationState());
     if (m_loud) {
         QAccessibleEvent alert(this, QAccessible::Alert);
         QAccessible::updateAccessibility(&alert);
@@ -307,13 +311,12 @@ void CMessageTip::onClockRunOut()
 }
 
 /// Tool tip windows lie above every program's windows, so they have to leave with the user.
-void CMessageTip::updateAway()
+void CMessageTip::updateAway(Qt::ApplicationState state)
 {
-    if (QGuiApplication::applicationState() == Qt::ApplicationActive)
+    if (state == Qt::ApplicationActive)
         hasBeenActive() = true;
-    const bool left =
-        hasBeenActive() && QGuiApplication::applicationState() != Qt::ApplicationActive;
-    m_away = m_window && (left || m_window->isMinimized());
+    const bool hasLeft = hasBeenActive() && state != Qt::ApplicationActive;
+    m_away = m_window && (hasLeft || m_window->isMinimized());
     setVisible(!m_away);
     runClock();
 }
@@ -368,7 +371,7 @@ bool CMessageTip::eventFilter(QObject* watched, QEvent* event)
         break;
     case QEvent::WindowStateChange:
         if (watched == m_window)
-            updateAway();
+            updateAway(QGuiApplication::applicationState());
         break;
     default:
         break;

@@ -81,7 +81,7 @@ private:
     void arrange();
     void runClock();
     void onClockRunOut();
-    void updateAway();
+    void updateAway(Qt::ApplicationState state);
     void onTextClicked();
     bool handleWindowKey(QEvent* event, QObject* receiver);
 
