@@ -45,6 +45,9 @@ void CBatchAccountsTable::buildColumns()
     setHeaderText(OperationColumn, QStringLiteral("操作"));
     setColumnWidth(SelectColumn,
                    KZ::CUiResource::getSize(QStringLiteral("gw_siz_table_column_select")));
+    // A grant in the making has a longer text than the states that the column first fits itself to.
+    setColumnWidth(StateColumn, KZ::CUiResource::getSize(
+                                    QStringLiteral("gw_siz_auth_setting_accounts_state_width")));
 }
 
 int CBatchAccountsTable::addAccount(const CAccount& account, const CAuthDetail* grant)
