@@ -1,16 +1,14 @@
 #include "kit/dates/CalendarPopup.h"
 
 #include "kit/dates/DateConversions.h"
+#include "kit/dates/MonthView.h"
 #include "kit/resources/KitStyle.h"
 #include "kit/resources/UiResource.h"
 
-#include <QCalendarWidget>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPushButton>
 #include <QScreen>
-#include <QTextCharFormat>
-#include <QToolButton>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -38,32 +36,14 @@ QRect placeBeside(const QWidget* editor, const QSize& size)
 
 CCalendarPopup::CCalendarPopup(const QDate& shown, const QDate& first, const QDate& last,
                                QWidget* parent)
-    : QFrame(parent, Qt::Popup), m_calendar(new QCalendarWidget(this)),
-      m_today(new QPushButton(this))
+    : QFrame(parent, Qt::Popup), m_calendar(new CMonthView(this)), m_today(new QPushButton(this))
 {
     setAttribute(Qt::WA_DeleteOnClose);
     setObjectName(QStringLiteral("kz_calendar_popup"));
     setAccessibleName(QStringLiteral("日历"));
 
-    m_calendar->setLocale(QLocale(QLocale::Chinese, QLocale::China));
-    m_calendar->setFirstDayOfWeek(Qt::Monday);
-    m_calendar->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
-    m_calendar->setHorizontalHeaderFormat(QCalendarWidget::ShortDayNames);
-    // Typing belongs to the editor; here it would open a second, unlabelled one.
-    m_calendar->setDateEditEnabled(false);
-    m_calendar->setAccessibleName(QStringLiteral("日历"));
     m_calendar->setDateRange(first, last);
     m_calendar->setSelectedDate(std::clamp(shown, first, last));
-    const auto name = [this](const char* button, const QString& text) {
-        if (auto* const found = m_calendar->findChild<QToolButton*>(QLatin1String(button))) {
-            found->setAccessibleName(text);
-            found->setToolTip(text);
-        }
-    };
-    name("qt_calendar_prevmonth", QStringLiteral("上个月"));
-    name("qt_calendar_nextmonth", QStringLiteral("下个月"));
-    name("qt_calendar_monthbutton", QStringLiteral("选择月份"));
-    name("qt_calendar_yearbutton", QStringLiteral("选择年份"));
 
     const QDate today = exchangeToday();
     m_today->setText(QStringLiteral("今天 %1").arg(today.toString(Qt::ISODate)));
@@ -101,28 +81,10 @@ void CCalendarPopup::onUiResourceChanged()
 
 void CCalendarPopup::takeTheme()
 {
-    setPalette(CUiResource::palette());
+    QPalette palette = CUiResource::palette();
+    palette.setColor(QPalette::Base, CUiResource::getColor(QStringLiteral("clr_menu")));
+    setPalette(palette);
     setFont(CUiResource::getFont(QStringLiteral("fnt_default_normal")));
-
-    QTextCharFormat header;
-    header.setForeground(CUiResource::getColor(QStringLiteral("clr_text_quiet")));
-    m_calendar->setHeaderTextFormat(header);
-    QTextCharFormat weekDay;
-    weekDay.setForeground(CUiResource::getColor(QStringLiteral("clr_text")));
-    QTextCharFormat weekend;
-    weekend.setForeground(CUiResource::getColor(QStringLiteral("clr_calendar_weekend")));
-    for (const Qt::DayOfWeek day :
-         {Qt::Monday, Qt::Tuesday, Qt::Wednesday, Qt::Thursday, Qt::Friday})
-        m_calendar->setWeekdayTextFormat(day, weekDay);
-    m_calendar->setWeekdayTextFormat(Qt::Saturday, weekend);
-    m_calendar->setWeekdayTextFormat(Qt::Sunday, weekend);
-
-    QTextCharFormat today;
-    today.setFontWeight(QFont::Bold);
-    today.setFontUnderline(true);
-    today.setForeground(CUiResource::getColor(QStringLiteral("clr_accent_text")));
-    today.setToolTip(QStringLiteral("今天"));
-    m_calendar->setDateTextFormat(exchangeToday(), today);
 }
 
 void CCalendarPopup::choose(const QDate& date)

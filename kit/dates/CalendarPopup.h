@@ -13,8 +13,7 @@ namespace KZ {
 
 /// A calendar month on a pop-up window, from which one day of a range can be chosen by a click or
 /// with the arrow keys, PageUp/PageDown and Enter; Esc or a click elsewhere closes it without a
-/// choice. Weeks begin on Monday; today, in the exchange time zone, is marked. The window destroys
-/// itself when it closes. GUI thread only.
+/// choice; a button chooses today. The window destroys itself when it closes. GUI thread only.
 class KZKIT_EXPORT CCalendarPopup : public QFrame, public CUiResourceChangeHandler
 {
     Q_OBJECT

@@ -123,7 +123,8 @@ int CSimpleInputDialog::exec()
 {
     m_edit->clear();
     showMessage(QString());
-    adjustSize();
+    // Not adjustSize(), which cuts the width on small screens.
+    resize(sizeHint());
     m_edit->setFocus(Qt::OtherFocusReason);
     return CCommonDialog::exec();
 }

@@ -109,6 +109,7 @@ CMessageTip::CMessageTip(QWidget* window, QWidget* anchor, int alignment)
     openTips().append(this);
     setObjectName(QStringLiteral("kz_message_tip"));
     setAttribute(Qt::WA_ShowWithoutActivating);
+    setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_AlwaysShowToolTips);
     setFocusPolicy(Qt::NoFocus);
 
@@ -242,8 +243,9 @@ void CMessageTip::arrange()
     const int gap = registrySize("gw_siz_kit_tip_gap");
     const int icon = registrySize("gw_siz_kit_tip_icon");
     const int bodyLeft = padding + icon + gap;
-    const QSize body = m_body->sizeWithin(registrySize("gw_siz_kit_tip_width") - bodyLeft - padding,
-                                          registrySize("gw_siz_kit_tip_list_height"));
+    m_body->resizeWithin(registrySize("gw_siz_kit_tip_width") - bodyLeft - padding,
+                         registrySize("gw_siz_kit_tip_list_height"));
+    const QSize body = m_body->size();
     const bool hasHeader = !m_close->isHidden();
     const QSize close = hasHeader ? m_close->sizeHint() : QSize();
     const int header = hasHeader ? close.height() : 0;
@@ -267,8 +269,7 @@ void CMessageTip::arrange()
     setGeometry(isLost ? QRect(position, m_place.geometry().size()) : m_place.geometry());
 
     const QRect inner = m_place.box().adjusted(padding, padding, -padding, -padding);
-    m_body->setGeometry(inner.left() + icon + gap, inner.top() + header + bodyTop,
-                        inner.width() - icon - gap, body.height());
+    m_body->move(inner.left() + icon + gap, inner.top() + header + bodyTop);
     m_count->setGeometry(inner.left() + icon + gap, inner.top(), m_count->sizeHint().width(),
                          header);
     m_close->setGeometry(QRect(

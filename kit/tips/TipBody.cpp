@@ -95,21 +95,26 @@ void CTipBody::showTexts(const CTipTexts& texts)
     verticalScrollBar()->setValue(scrolledTo);
 }
 
-QSize CTipBody::sizeWithin(int maxWidth, int maxHeight) const
+void CTipBody::resizeWithin(int maxWidth, int maxHeight)
 {
-    const int scrollBar = verticalScrollBar()->sizeHint().width();
     QSizeF size(0, 0);
     int measured = 0;
     QTextBlock block = document()->firstBlock();
     for (; block.isValid() && size.height() <= maxHeight && measured < MEASURED_BLOCKS;
          block = block.next(), ++measured) {
-        const QSizeF part = laidOutSize(block.text(), font(), maxWidth - scrollBar, maxHeight);
+        const QSizeF part = laidOutSize(block.text(), font(), maxWidth, maxHeight);
         size = QSizeF(std::max(size.width(), part.width()), size.height() + part.height());
     }
-    if (block.isValid() || size.height() > maxHeight)
-        return QSize(maxWidth, maxHeight);
-    return QSize(static_cast<int>(std::ceil(size.width())) + 1,
-                 static_cast<int>(std::ceil(size.height())) + 1);
+    const bool scrolls = block.isValid() || size.height() > maxHeight;
+    // Left to itself, a bar that was needed at an earlier size narrows the text and so stays
+    // needed.
+    setVerticalScrollBarPolicy(scrolls ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff);
+    const int line = fontMetrics().lineSpacing();
+    if (scrolls)
+        resize(maxWidth, std::max(line, maxHeight - maxHeight % line));
+    else
+        resize(static_cast<int>(std::ceil(size.width())) + 1,
+               static_cast<int>(std::ceil(size.height())) + 1);
 }
 
 void CTipBody::scrollPages(int pages)

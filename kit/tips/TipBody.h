@@ -18,8 +18,8 @@ public:
     /// Takes over what `texts` holds more than at the last call.
     void showTexts(const CTipTexts& texts);
 
-    /// The size that shows all texts, within the limits; beyond `maxHeight` it scrolls.
-    QSize sizeWithin(int maxWidth, int maxHeight) const;
+    /// Takes the size that shows all texts, within the limits; beyond `maxHeight` it scrolls.
+    void resizeWithin(int maxWidth, int maxHeight);
 
     /// Scrolls by pages, upwards when negative.
     void scrollPages(int pages);

@@ -54,6 +54,7 @@ private Q_SLOTS:
     void itFollowsItsAnchor();
     void tipsOfDifferentAnchorsDoNotCover();
     void itStaysOnTheScreen();
+    void itShowsAfterADialogHasClosed();
     void itHidesWithTheProgram();
     void hostileTextsAreShownAsPlainText();
     void theThemeChangesWhileShown();
@@ -78,6 +79,8 @@ private:
 void MessageTipTest::init()
 {
     TestCase::init();
+    // A pointer that happens to rest where a tip comes up would keep it open.
+    QCursor::setPos(0, 0);
     m_window = std::make_unique<EventRecorder>();
     m_window->resize(500, 300);
     m_window->move(100, 100);
@@ -484,6 +487,21 @@ void MessageTipTest::itStaysOnTheScreen()
     QVERIFY(screen.contains(only()->geometry()));
     const QRect anchor(m_anchor->mapToGlobal(QPoint()), m_anchor->size());
     QVERIFY(!only()->geometry().intersects(anchor));
+}
+
+void MessageTipTest::itShowsAfterADialogHasClosed()
+{
+    QDialog dialog(m_window.get());
+    auto* const edit = new QLineEdit(&dialog);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    CMessageTip::showTip(edit, 0x41, QStringLiteral("一"), 3, 2, 300);
+    dialog.hide();
+    QCoreApplication::processEvents();
+    CMessageTip::showTip(edit, 0x41, QStringLiteral("二"), 3, 2, 20);
+    QTRY_VERIFY(only() && only()->isVisible());
+    QCOMPARE(only()->parentWidget(), m_window.get());
+    QTRY_VERIFY(CMessageTip::visibleTips().isEmpty());
 }
 
 void MessageTipTest::itHidesWithTheProgram()

@@ -215,7 +215,7 @@ void SimpleInputDialogTest::itOpensEmptyAgain()
     });
     run(m_dialog, [this] {
         QVERIFY(edit()->text().isEmpty());
-        QVERIFY(edit()->hasFocus());
+        QTRY_VERIFY(edit()->hasFocus());
         m_dialog->reject();
     });
 }
@@ -268,7 +268,7 @@ void SimpleInputDialogTest::theEditorHasNameAndFocus()
     QCOMPARE(m_dialog->windowTitle(), QStringLiteral("输入授权密码"));
     run(m_dialog, [this] {
         QCOMPARE(edit()->accessibleName(), QStringLiteral("输入授权密码"));
-        QVERIFY(edit()->hasFocus());
+        QTRY_VERIFY(edit()->hasFocus());
         QVERIFY(!ok()->isDefault() && !cancel()->isDefault());
         m_dialog->reject();
     });
@@ -343,7 +343,8 @@ void SimpleInputDialogTest::nothingIsClipped()
         QTRY_VERIFY(!message().isEmpty());
         const QList<QWidget*> parts = m_dialog->findChildren<QWidget*>();
         for (const QWidget* const part : parts) {
-            if (!part->isVisible() || part->isWindow())
+            // Qt sizes the buttons inside its line edit by the line edit alone.
+            if (!part->isVisible() || part->isWindow() || part->parentWidget() == edit())
                 continue;
             const QByteArray name = part->metaObject()->className();
             QVERIFY2(part->parentWidget()->rect().contains(part->geometry()), name.constData());

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "kit/resources/UiResourceChangeHandler.h"
+
+#include <QCalendarWidget>
+
+namespace KZ {
+
+/// A calendar of one month in Chinese whose weeks begin on Monday, with today (in the exchange time
+/// zone) ringed and the days outside the range struck out. GUI thread only.
+class CMonthView : public QCalendarWidget, public CUiResourceChangeHandler
+{
+    Q_OBJECT
+
+public:
+    explicit CMonthView(QWidget* parent);
+    ~CMonthView() override;
+
+    void onUiResourceChanged() override;
+
+protected:
+    void paintCell(QPainter* painter, const QRect& rect, QDate date) const override;
+
+private:
+    void takeTheme();
+    void arrangeHeader();
+};
+
+} // namespace KZ
