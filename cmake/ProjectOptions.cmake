@@ -32,7 +32,7 @@ set(CMAKE_AUTORCC ON)
 # Applies the shared settings; every target of the project goes through here.
 function(project_target target)
     target_link_libraries(${target} PRIVATE project_options)
-    target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR})
+    target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
     target_compile_features(${target} PUBLIC cxx_std_20)
     if(AUTHSETTING_PCH AND NOT ARGV1 STREQUAL "NO_PCH")
         target_precompile_headers(${target} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/Precompiled.h)
