@@ -1,71 +1,14 @@
 #include "authsetting/shell/AuthSettingEvents.h"
 #include "tests/authsetting/BatchPageTools.h"
+#include "tests/authsetting/ModalDriver.h"
 #include "tests/support/TestCase.h"
 
 #include <QDir>
 #include <QFileDialog>
 #include <QLineEdit>
-#include <QRegularExpression>
 #include <QTemporaryDir>
 
-#include <functional>
-
 namespace {
-
-/// Answers the two questions of a file grant from within their event loops.
-class Answers : public QObject
-{
-public:
-    explicit Answers(std::function<void(QFileDialog*)> onFile,
-                     std::function<void(QDialog*)> onPassword = {})
-        : m_onFile(std::move(onFile)), m_onPassword(std::move(onPassword))
-    {
-        m_timer = startTimer(5);
-    }
-
-    int files = 0;
-    int passwords = 0;
-
-protected:
-    void timerEvent(QTimerEvent*) override
-    {
-        auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-        if (!dialog || dialog == m_last)
-            return;
-        m_last = dialog;
-        if (auto* file = qobject_cast<QFileDialog*>(dialog)) {
-            ++files;
-            m_onFile(file);
-        } else {
-            ++passwords;
-            m_onPassword(dialog);
-        }
-    }
-
-private:
-    std::function<void(QFileDialog*)> m_onFile;
-    std::function<void(QDialog*)> m_onPassword;
-    QPointer<QDialog> m_last;
-    int m_timer;
-};
-
-QLineEdit* passwordEdit(QDialog* dialog)
-{
-    return dialog->findChild<QLineEdit*>(QString(), Qt::FindChildrenRecursively);
-}
-
-void type(QDialog* dialog, const QString& password)
-{
-    QTest::keyClicks(passwordEdit(dialog), password);
-    QTest::keyClick(passwordEdit(dialog), Qt::Key_Return);
-}
-
-void choose(QFileDialog* dialog, const QString& path)
-{
-    dialog->selectFile(path);
-    // done() would not fill in the chosen file.
-    QMetaObject::invokeMethod(dialog, "accept");
-}
 
 struct FileGrant
 {
@@ -80,12 +23,10 @@ struct FileGrant
 
     void grant(const QString& password)
     {
-        const QString file = path;
-        Answers answers([file](QFileDialog* dialog) { choose(dialog, file); },
-                        [password](QDialog* dialog) { type(dialog, password); });
+        ModalDriver user;
+        user.answerFile(path);
+        user.answerPassword(password);
         test.page->onFileAuthTriggered(false);
-        QCOMPARE(answers.files, 1);
-        QCOMPARE(answers.passwords, 1);
     }
 
     QTemporaryDir folder;
@@ -102,8 +43,6 @@ class BatchFileGrantTest : public TestCase
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QApplication::setAttribute(Qt::AA_DontUseNativeDialogs); }
-
     void cleanup()
     {
         KZ::CMessageTip::closeAll();
@@ -113,34 +52,35 @@ private Q_SLOTS:
     void theFileDialogProposesANameWithTheTime()
     {
         FileGrant grant;
-        QString title;
-        QString name;
         QString directory;
-        QStringList filters;
         QFileDialog::AcceptMode mode = QFileDialog::AcceptOpen;
-        Answers answers([&](QFileDialog* dialog) {
-            title = dialog->windowTitle();
+        ModalDriver user;
+        user.expect([&](QWidget* window) {
+            auto* dialog = qobject_cast<QFileDialog*>(window);
             mode = dialog->acceptMode();
-            filters = dialog->nameFilters();
             directory = dialog->directory().absolutePath();
-            name = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->text();
+            user.titles.append(dialog->windowTitle());
+            user.filters = dialog->nameFilters();
+            user.proposals.append(
+                dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->text());
+            user.parents.append(dialog->parentWidget());
             dialog->reject();
         });
         const QDateTime before = QDateTime::currentDateTime();
         grant.test.page->onFileAuthTriggered(false);
-        QCOMPARE(title, QStringLiteral("选择保存路径"));
+        QCOMPARE(user.titles, QStringList(QStringLiteral("选择保存路径")));
+        QCOMPARE(user.parents, QVector<QWidget*>{grant.test.page});
         QCOMPARE(mode, QFileDialog::AcceptSave);
-        QCOMPARE(filters, QStringList(QStringLiteral("Auth Files(*.taa)")));
+        QCOMPARE(user.filters, QStringList(QStringLiteral("Auth Files(*.taa)")));
         QCOMPARE(directory, QDir::currentPath());
         const QString prefix = QStringLiteral("vell_auth_");
-        QVERIFY(name.startsWith(prefix));
-        const QDateTime time =
-            QDateTime::fromString(name.mid(prefix.size()), QStringLiteral("yyyy-MM-dd_hh-mm-ss"));
+        QVERIFY(user.proposals[0].startsWith(prefix));
+        const QDateTime time = QDateTime::fromString(user.proposals[0].mid(prefix.size()),
+                                                     QStringLiteral("yyyy-MM-dd_hh-mm-ss"));
         QVERIFY(time.isValid());
         QVERIFY(before.secsTo(time) >= -1);
         QVERIFY(time <= QDateTime::currentDateTime());
-        // Cancelled: no password is asked for and nothing is requested.
-        QCOMPARE(answers.passwords, 0);
+        // Cancelled: nothing further is asked and nothing requested.
         QVERIFY(grant.test.services.client.calls.isEmpty());
         QVERIFY(grant.test.dialog.events.isEmpty());
     }
@@ -148,17 +88,16 @@ private Q_SLOTS:
     void thePasswordIsAskedForUnreadably()
     {
         FileGrant grant;
-        QString title;
         QLineEdit::EchoMode mode = QLineEdit::Normal;
-        Answers answers([&](QFileDialog* dialog) { choose(dialog, grant.path); },
-                        [&](QDialog* dialog) {
-                            title = dialog->windowTitle();
-                            mode = passwordEdit(dialog)->echoMode();
-                            dialog->reject();
-                        });
+        ModalDriver user;
+        user.answerFile(grant.path);
+        user.expect([&](QWidget* window) {
+            user.titles.append(window->windowTitle());
+            mode = window->findChild<QLineEdit*>(QStringLiteral("halden_input_edit"))->echoMode();
+            window->close();
+        });
         grant.test.page->onFileAuthTriggered(false);
-        QCOMPARE(answers.passwords, 1);
-        QCOMPARE(title, QStringLiteral("输入授权密码"));
+        QCOMPARE(user.titles.last(), QStringLiteral("输入授权密码"));
         QCOMPARE(mode, QLineEdit::Password);
         QVERIFY(grant.test.services.client.calls.isEmpty());
         QVERIFY(grant.test.dialog.events.isEmpty());
@@ -309,11 +248,13 @@ private Q_SLOTS:
     void ticksThatGoWhileTheDialogsAskLeaveNothingToWaitFor()
     {
         FileGrant grant;
-        Answers answers([&](QFileDialog* dialog) { choose(dialog, grant.path); },
-                        [&](QDialog* dialog) {
-                            grant.test.page->reloadData();
-                            type(dialog, QStringLiteral("p"));
-                        });
+        ModalDriver user;
+        user.expect([&](QWidget* window) {
+            grant.test.page->reloadData();
+            window->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(grant.path);
+            static_cast<QDialog*>(qobject_cast<QFileDialog*>(window))->accept();
+        });
+        user.answerPassword(QStringLiteral("p"));
         grant.test.page->onFileAuthTriggered(false);
         QVERIFY(grant.test.services.client.addAuths.isEmpty());
         QVERIFY(grant.test.dialog.events.isEmpty());
@@ -323,10 +264,10 @@ private Q_SLOTS:
     void thePageMayDieInsideThePasswordDialog()
     {
         FileGrant grant;
-        Answers answers([&](QFileDialog* dialog) { choose(dialog, grant.path); },
-                        [&](QDialog*) { delete grant.test.page; });
+        ModalDriver user;
+        user.answerFile(grant.path);
+        user.expect([&](QWidget*) { delete grant.test.page; });
         grant.test.page->onFileAuthTriggered(false);
-        QCOMPARE(answers.passwords, 1);
         QVERIFY(grant.test.services.client.addAuths.isEmpty());
     }
 };
