@@ -1,5 +1,7 @@
 #include "backend/store/GrantRules.h"
 
+#include <cmath>
+
 namespace backend::grantrules {
 
 QString daysProblem(const QDate& firstDay, const QDate& lastDay, const QDate& today)
@@ -13,11 +15,10 @@ QString daysProblem(const QDate& firstDay, const QDate& lastDay, const QDate& to
 
 QString ratioProblem(const GW::CAuthLimit& limit)
 {
-    if (!limit.hasMarginRatio())
-        return {};
     const double ratio = limit.availableMarginRatio;
-    // Written so that a value that is no number fails it.
-    if (ratio > 0.0 && ratio <= 1.0)
+    // What is no number is no condition either, but nobody asked for a grant without one.
+    const bool isCondition = limit.hasMarginRatio() || std::isnan(ratio);
+    if (!isCondition || (ratio > 0.0 && ratio <= 1.0))
         return {};
     return QStringLiteral("可用保证金比例必须大于0且不超过100%");
 }

@@ -4,13 +4,13 @@
 #include <QHash>
 #include <QResource>
 
-namespace {
-
 // Resources of a static library are only there once asked for, outside of any namespace.
-void initStoreSql()
+static void initStoreSql()
 {
     Q_INIT_RESOURCE(store_sql);
 }
+
+namespace {
 
 QString resourceText(const QString& fileName)
 {

@@ -25,7 +25,7 @@ public:
     Statement& run(const Values&... values)
     {
         int index = 0;
-        (m_query.bindValue(index++, values), ...);
+        (m_query.bindValue(index++, bindable(values)), ...);
         execute();
         return *this;
     }
@@ -43,6 +43,12 @@ public:
     int affectedRows() const { return m_query.numRowsAffected(); }
 
 private:
+    // The driver would take a null text for NULL; only a null QVariant means that here.
+    static QVariant bindable(const QString& text)
+    {
+        return text.isNull() ? QVariant(QStringLiteral("")) : QVariant(text);
+    }
+    static QVariant bindable(const QVariant& value) { return value; }
     void execute();
 
     QSqlQuery& m_query;

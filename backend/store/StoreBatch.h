@@ -32,6 +32,8 @@ public:
 
     /// The user of that name, asked once per batch.
     GranteeState grantee(const QString& name);
+    /// Has grantees asked anew, after one was enabled or disabled.
+    void forgetGrantees() { m_grantees.clear(); }
     qint64 nextGrantId();
     /// Notes that what this user sees has changed.
     void touch(qint64 userId) { m_touched.insert(userId); }

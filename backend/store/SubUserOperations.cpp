@@ -37,6 +37,7 @@ StoreReply SubUserOperations::setEnabled(const StoreRequest& request)
         return refuse(QStringLiteral("子用户密码未能修改，没有启用"), "sub_user_state", subUser.id);
     }
     m_batch.database().statement("users.set_enabled").run(request.flag, subUser.id, model.userId);
+    m_batch.forgetGrantees();
     m_batch.audit().write({model.userId, model.userId, subUser.id, "sub_user_state", 0,
                            request.flag ? QStringLiteral("启用") : QStringLiteral("禁用"),
                            QString()});

@@ -36,7 +36,8 @@ bool isPlainText(const std::string& bytes)
     // No character takes more than three bytes per UTF-16 unit.
     if (bytes.size() > 3U * maxTextLength)
         return false;
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless |
+                                                     QStringDecoder::Flag::ConvertInitialBom);
     const QString text =
         decoder(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
     return !decoder.hasError() && text.size() <= maxTextLength && !hasHostileCharacter(text);
