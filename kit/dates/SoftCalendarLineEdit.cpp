@@ -53,6 +53,9 @@ CSoftCalendarLineEdit::CSoftCalendarLineEdit(int id, QWidget* parent)
     QDateEdit::setDate(exchangeToday());
     m_reported = date();
     describeRange();
+    // Whoever keeps a new editor's height gets the usual one; a layout may still change it.
+    resize(sizeHint());
+    setAttribute(Qt::WA_Resized, false);
     connect(this, &QDateEdit::dateChanged, this, &CSoftCalendarLineEdit::onDateChanged);
 }
 
@@ -127,6 +130,20 @@ void CSoftCalendarLineEdit::chooseDate(const QDate& date)
     QDateEdit::setDate(date);
     // Choosing the date that is shown takes back what was being typed over it.
     lineEdit()->setText(textFromDateTime(QDateEdit::dateTime()));
+}
+
+QSize CSoftCalendarLineEdit::sizeHint() const
+{
+    return QSize(std::max(CUiResource::getSize(QStringLiteral("gw_siz_kit_editor_width")),
+                          minimumSizeHint().width()),
+                 minimumSizeHint().height());
+}
+
+QSize CSoftCalendarLineEdit::minimumSizeHint() const
+{
+    const int height = std::max(CUiResource::getSize(QStringLiteral("gw_siz_kit_editor_height")),
+                                fontMetrics().height());
+    return QSize(QDateEdit::minimumSizeHint().width(), height);
 }
 
 void CSoftCalendarLineEdit::stepBy(int steps)

@@ -49,6 +49,8 @@ public:
     /// The open calendar, null while there is none.
     CCalendarPopup* calendar() const;
 
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
     void stepBy(int steps) override;
     void onUiResourceChanged() override;
 

@@ -45,26 +45,17 @@ int registrySize(const char* key)
 
 QString colorKey(int kind)
 {
-    switch (kind) {
-    case KIND_HINT:
+    if (kind == KIND_HINT)
         return QStringLiteral("clr_warning");
-    case KIND_OUTCOME:
-        return QStringLiteral("clr_outcome");
-    default:
-        return QStringLiteral("clr_info");
-    }
+    return kind == KIND_OUTCOME ? QStringLiteral("clr_outcome") : QStringLiteral("clr_info");
 }
 
 QString iconKey(int kind)
 {
-    switch (kind) {
-    case KIND_HINT:
+    if (kind == KIND_HINT)
         return QStringLiteral("gw_img_kit_warning");
-    case KIND_OUTCOME:
-        return QStringLiteral("gw_img_kit_outcome");
-    default:
-        return QStringLiteral("gw_img_kit_info");
-    }
+    return kind == KIND_OUTCOME ? QStringLiteral("gw_img_kit_outcome")
+                                : QStringLiteral("gw_img_kit_info");
 }
 
 int addedTime(int time, int more)
@@ -256,10 +247,14 @@ void CMessageTip::arrange()
                         2 * padding + std::max(icon, header + bodyTop + body.height()));
 
     QList<QRect> taken;
-    for (const CMessageTip* const tip : std::as_const(openTips())) {
+    bool isLater = false;
+    for (CMessageTip* const tip : std::as_const(openTips())) {
+        // Later tips give way to this one, never the other way round.
         if (tip == this)
-            break;
-        if (tip->isVisible())
+            isLater = true;
+        else if (isLater)
+            tip->m_arrangeTimer.start();
+        else if (tip->isVisible())
             taken.append(tip->geometry());
     }
     // The tip stays where it is when its anchor has gone, so that it does not jump while read.

@@ -109,9 +109,9 @@ void CalendarLineEditTest::theProgramDeliversNothing()
 void CalendarLineEditTest::aDateTimeIsItsDayInTheExchangeZone()
 {
     QCOMPARE(m_editor->dateTime().toSecsSinceEpoch(),
-             QDateTime(QDate(2026, 11, 26), QTime(16, 0), Qt::UTC).toSecsSinceEpoch());
+             QDateTime(QDate(2026, 11, 26), QTime(16, 0), QTimeZone::utc()).toSecsSinceEpoch());
     const int halfPastMidnight =
-        int(QDateTime(QDate(2026, 11, 30), QTime(16, 30), Qt::UTC).toSecsSinceEpoch());
+        int(QDateTime(QDate(2026, 11, 30), QTime(16, 30), QTimeZone::utc()).toSecsSinceEpoch());
     m_editor->setDateTime(secondToQDateTime(halfPastMidnight));
     QCOMPARE(m_editor->date(), QDate(2026, 12, 1));
     QCOMPARE(qDateTimeToSecond(m_editor->dateTime()), halfPastMidnight - 1800);

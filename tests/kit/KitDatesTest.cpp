@@ -36,12 +36,12 @@ void useZone(const char* id)
 
 int secondOf(const QDate& date, const QTime& time)
 {
-    return qDateTimeToSecond(QDateTime(date, time, Qt::UTC));
+    return qDateTimeToSecond(QDateTime(date, time, QTimeZone::utc()));
 }
 
 qint64 utcSecond(const QDate& date, const QTime& time)
 {
-    return QDateTime(date, time, Qt::UTC).toSecsSinceEpoch();
+    return QDateTime(date, time, QTimeZone::utc()).toSecsSinceEpoch();
 }
 
 } // namespace
@@ -91,7 +91,7 @@ void KitDatesTest::localTimeIsReadAsDisplayed()
     const QDate day(2026, 11, 20);
     const QDateTime local(day, QTime(0, 30));
     QCOMPARE(qDateTimeToSecond(local), secondOf(day, QTime(0, 30)));
-    const QDateTime offset(day, QTime(0, 30), Qt::OffsetFromUTC, -11 * 3600);
+    const QDateTime offset(day, QTime(0, 30), QTimeZone(-11 * 3600));
     QCOMPARE(qDateTimeToSecond(offset), secondOf(day, QTime(0, 30)));
 }
 
@@ -165,7 +165,7 @@ void KitDatesTest::limitsAreClampedAndInvalidIsZero()
          {std::numeric_limits<int>::min(), -1, 0, 1, std::numeric_limits<int>::max()})
         QCOMPARE(qDateTimeToSecond(secondToQDateTime(limit)), limit);
     QCOMPARE(secondToQDateTime(std::numeric_limits<int>::max()).toUTC(),
-             QDateTime(QDate(2038, 1, 19), QTime(3, 14, 7), Qt::UTC));
+             QDateTime(QDate(2038, 1, 19), QTime(3, 14, 7), QTimeZone::utc()));
 }
 
 void KitDatesTest::theLastGrantableDateFitsInEveryZone()

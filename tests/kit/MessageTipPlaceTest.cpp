@@ -1,0 +1,337 @@
+#include "kit/resources/UiResource.h"
+#include "kit/tips/MessageTip.h"
+#include "tests/kit/EventRecorder.h"
+#include "tests/support/TestCase.h"
+
+#include <QDialog>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QScreen>
+#include <QStackedWidget>
+#include <QToolButton>
+
+#include <memory>
+
+using namespace KZ;
+
+class MessageTipPlaceTest : public TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void standsBelowItsAnchorAndClosesByItself();
+    void alignmentChoosesTheSide_data();
+    void alignmentChoosesTheSide();
+    void itNeverTakesTheFocus();
+    void aHiddenAnchorIsReplacedByItsVisibleAncestor();
+    void aHiddenWindowIsReplacedByItsParentWindow();
+    void aNullAnchorShowsOverTheActiveWindow();
+    void withoutAWindowItStandsOnTheScreen();
+    void itWorksAboveAModalDialog();
+    void aBlockedAnchorGivesWayToTheModalDialog();
+    void theAnchorMayDie();
+    void theWindowMayDie();
+    void hidingTheWindowClosesIt();
+    void itFollowsItsAnchor();
+    void tipsOfDifferentAnchorsDoNotCover();
+    void itStaysOnTheScreen();
+    void itShowsAfterADialogHasClosed();
+    void itHidesWithTheProgram();
+
+private:
+    CMessageTip* only() const;
+    static QPlainTextEdit* body(const CMessageTip* tip)
+    {
+        return tip->findChild<QPlainTextEdit*>();
+    }
+    void show(const QString& text, int kind = 3, int duration = 300)
+    {
+        CMessageTip::showTip(m_anchor, 0x41, text, kind, 2, duration);
+    }
+
+    std::unique_ptr<EventRecorder> m_window;
+    QLineEdit* m_anchor = nullptr;
+};
+
+void MessageTipPlaceTest::init()
+{
+    TestCase::init();
+    // A pointer that happens to rest where a tip comes up would keep it open.
+    QCursor::setPos(0, 0);
+    m_window = std::make_unique<EventRecorder>();
+    m_window->resize(500, 300);
+    m_window->move(100, 100);
+    m_anchor = new QLineEdit(m_window.get());
+    m_anchor->setGeometry(50, 60, 160, 28);
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    m_anchor->setFocus();
+}
+
+void MessageTipPlaceTest::cleanup()
+{
+    CMessageTip::closeAll();
+    m_window.reset();
+    CUiResource::setTheme(CUiResource::Theme::Light);
+    TestCase::cleanup();
+}
+
+CMessageTip* MessageTipPlaceTest::only() const
+{
+    const QList<CMessageTip*> tips = CMessageTip::visibleTips();
+    return tips.size() == 1 ? tips.constFirst() : nullptr;
+}
+
+void MessageTipPlaceTest::standsBelowItsAnchorAndClosesByItself()
+{
+    show(QStringLiteral("授权成功"), 3, 20);
+    QPointer<CMessageTip> tip = only();
+    QVERIFY(tip);
+    QVERIFY(tip->isVisible());
+    QCOMPARE(tip->texts(), QStringList(QStringLiteral("授权成功")));
+    QCOMPARE(tip->accessibleName(), QStringLiteral("授权成功"));
+    QCOMPARE(tip->kind(), 3);
+    QCOMPARE(tip->anchor(), m_anchor);
+    const QPoint corner = m_anchor->mapToGlobal(QPoint(0, m_anchor->height()));
+    QCOMPARE(tip->geometry().left(), corner.x());
+    QVERIFY(tip->geometry().top() >= corner.y() && tip->geometry().top() <= corner.y() + 10);
+    QTRY_VERIFY(!tip);
+    QVERIFY(CMessageTip::visibleTips().isEmpty());
+}
+
+void MessageTipPlaceTest::alignmentChoosesTheSide_data()
+{
+    QTest::addColumn<int>("alignment");
+    QTest::newRow("above left") << int(Qt::AlignTop | Qt::AlignLeft);
+    QTest::newRow("below right") << int(Qt::AlignBottom | Qt::AlignRight);
+    QTest::newRow("below centre") << int(Qt::AlignBottom | Qt::AlignHCenter);
+}
+
+void MessageTipPlaceTest::alignmentChoosesTheSide()
+{
+    QFETCH(int, alignment);
+    CMessageTip::showTip(m_anchor, alignment, QStringLiteral("文字"), 1, 2, 300);
+    const QRect anchor(m_anchor->mapToGlobal(QPoint()), m_anchor->size());
+    const QRect tip = only()->geometry();
+    if (alignment & Qt::AlignTop)
+        QVERIFY(tip.bottom() < anchor.top());
+    else
+        QVERIFY(tip.top() > anchor.bottom());
+    if (alignment & Qt::AlignLeft)
+        QCOMPARE(tip.left(), anchor.left());
+    else if (alignment & Qt::AlignRight)
+        QCOMPARE(tip.right(), anchor.right());
+    else
+        QVERIFY(qAbs(tip.center().x() - anchor.center().x()) <= 1);
+}
+
+void MessageTipPlaceTest::itNeverTakesTheFocus()
+{
+    show(QStringLiteral("一"));
+    show(QStringLiteral("二"));
+    QTRY_VERIFY(only()->findChild<QToolButton*>()->isVisible());
+    QVERIFY(m_anchor->hasFocus());
+    QTest::mouseClick(body(only())->viewport(), Qt::LeftButton);
+    QTest::mouseDClick(body(only())->viewport(), Qt::LeftButton, {}, QPoint(5, 5));
+    QVERIFY(m_anchor->hasFocus());
+    QVERIFY(m_window->isActiveWindow());
+    QTest::keyClicks(m_anchor, QStringLiteral("abc"));
+    QCOMPARE(m_anchor->text(), QStringLiteral("abc"));
+    QTest::mouseClick(only()->findChild<QToolButton*>(), Qt::LeftButton);
+    QVERIFY(m_anchor->hasFocus());
+}
+
+void MessageTipPlaceTest::aHiddenAnchorIsReplacedByItsVisibleAncestor()
+{
+    auto* const stack = new QStackedWidget(m_window.get());
+    stack->setGeometry(0, 100, 400, 200);
+    stack->addWidget(new QWidget);
+    auto* const page = new QWidget;
+    auto* const hidden = new QLineEdit(page);
+    stack->addWidget(page);
+    stack->show();
+    CMessageTip::showTip(hidden, 0x41, QStringLiteral("看不见的"), 3, 2, 300);
+    QVERIFY(only()->isVisible());
+    QCOMPARE(only()->anchor(), hidden);
+    const QRect ground(stack->mapToGlobal(QPoint()), stack->size());
+    QVERIFY(ground.contains(only()->geometry().center()));
+}
+
+void MessageTipPlaceTest::aHiddenWindowIsReplacedByItsParentWindow()
+{
+    QDialog dialog(m_window.get());
+    auto* const edit = new QLineEdit(&dialog);
+    CMessageTip::showTip(edit, 0x41, QStringLiteral("对话框已关闭"), 3, 2, 300);
+    QVERIFY(only()->isVisible());
+    QCOMPARE(only()->parentWidget(), m_window.get());
+    QVERIFY(m_window->frameGeometry().contains(only()->geometry().center()));
+}
+
+void MessageTipPlaceTest::aNullAnchorShowsOverTheActiveWindow()
+{
+    QWidget second;
+    second.setGeometry(300, 300, 300, 200);
+    second.show();
+    QVERIFY(QTest::qWaitForWindowActive(&second));
+    CMessageTip::showTip(nullptr, 0x41, QStringLiteral("导入失败！"), 3, 2, 300);
+    CMessageTip::showTip(nullptr, 0x41, QStringLiteral("授权文件格式错误"), 3, 2, 300);
+    QVERIFY(only());
+    QCOMPARE(only()->anchor(), nullptr);
+    QCOMPARE(only()->parentWidget(), &second);
+    QCOMPARE(only()->texts().size(), 2);
+    QVERIFY(second.frameGeometry().contains(only()->geometry().center()));
+}
+
+void MessageTipPlaceTest::withoutAWindowItStandsOnTheScreen()
+{
+    m_window->hide();
+    CMessageTip::showTip(m_anchor, 0x41, QStringLiteral("没有窗口"), 3, 2, 20);
+    QPointer<CMessageTip> tip = only();
+    QVERIFY(tip->isVisible());
+    QVERIFY(!tip->parentWidget());
+    QVERIFY(QGuiApplication::primaryScreen()->availableGeometry().contains(tip->geometry()));
+    QTRY_VERIFY(!tip);
+}
+
+void MessageTipPlaceTest::itWorksAboveAModalDialog()
+{
+    QDialog dialog(m_window.get());
+    dialog.setModal(true);
+    auto* const edit = new QLineEdit(&dialog);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    CMessageTip::showTip(edit, 0x41, QStringLiteral("一"), 3, 2, 300);
+    CMessageTip::showTip(edit, 0x41, QStringLiteral("二"), 3, 2, 300);
+    QCOMPARE(only()->parentWidget(), &dialog);
+    QTRY_VERIFY(only()->findChild<QToolButton*>()->isVisible());
+    // Through the window, as the windowing system would, so that modality has its say.
+    auto* const close = only()->findChild<QToolButton*>();
+    QTest::mouseClick(only()->windowHandle(), Qt::LeftButton, {},
+                      close->mapTo(only(), close->rect().center()));
+    QTRY_VERIFY(CMessageTip::visibleTips().isEmpty());
+}
+
+void MessageTipPlaceTest::aBlockedAnchorGivesWayToTheModalDialog()
+{
+    QDialog dialog(m_window.get());
+    dialog.setModal(true);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    show(QStringLiteral("来自被挡住的窗口"));
+    QCOMPARE(only()->parentWidget(), &dialog);
+}
+
+void MessageTipPlaceTest::theAnchorMayDie()
+{
+    show(QStringLiteral("一"), 3, 30);
+    QPointer<CMessageTip> tip = only();
+    const QPoint place = tip->pos();
+    delete m_anchor;
+    m_anchor = nullptr;
+    QVERIFY(tip && tip->isVisible());
+    QCOMPARE(tip->anchor(), nullptr);
+    m_window->resize(600, 350);
+    QCoreApplication::processEvents();
+    QCOMPARE(tip->pos(), place);
+    // A null anchor is another place than that of a destroyed widget.
+    CMessageTip::showTip(nullptr, 0x41, QStringLiteral("二"), 3, 2, 30);
+    QCOMPARE(CMessageTip::visibleTips().size(), 2);
+    QTRY_VERIFY(!tip);
+    QTRY_VERIFY(CMessageTip::visibleTips().isEmpty());
+}
+
+void MessageTipPlaceTest::theWindowMayDie()
+{
+    show(QStringLiteral("一"));
+    show(QStringLiteral("二"));
+    QPointer<CMessageTip> tip = only();
+    m_window.reset();
+    QVERIFY(!tip);
+    QVERIFY(CMessageTip::visibleTips().isEmpty());
+}
+
+void MessageTipPlaceTest::hidingTheWindowClosesIt()
+{
+    show(QStringLiteral("一"));
+    QPointer<CMessageTip> tip = only();
+    m_window->hide();
+    QVERIFY(CMessageTip::visibleTips().isEmpty());
+    QTRY_VERIFY(!tip);
+}
+
+void MessageTipPlaceTest::itFollowsItsAnchor()
+{
+    show(QStringLiteral("跟着走"));
+    const QPoint offset = only()->pos() - m_anchor->mapToGlobal(QPoint());
+    m_anchor->move(90, 120);
+    QTRY_COMPARE(only()->pos() - m_anchor->mapToGlobal(QPoint()), offset);
+    m_window->move(150, 130);
+    QTRY_COMPARE(only()->pos() - m_anchor->mapToGlobal(QPoint()), offset);
+    m_anchor->hide();
+    QTRY_VERIFY(only()->pos() - m_anchor->mapToGlobal(QPoint()) != offset);
+    QVERIFY(only()->isVisible());
+}
+
+void MessageTipPlaceTest::tipsOfDifferentAnchorsDoNotCover()
+{
+    auto* const neighbour = new QLineEdit(m_window.get());
+    neighbour->setGeometry(70, 62, 160, 28);
+    neighbour->show();
+    show(QStringLiteral("一"));
+    CMessageTip::showTip(neighbour, 0x41, QStringLiteral("二"), 2, 2, 300);
+    const QList<CMessageTip*> tips = CMessageTip::visibleTips();
+    QCOMPARE(tips.size(), 2);
+    QVERIFY(!tips.at(0)->geometry().intersects(tips.at(1)->geometry()));
+}
+
+void MessageTipPlaceTest::itStaysOnTheScreen()
+{
+    const QRect screen = m_window->screen()->availableGeometry();
+    m_window->move(screen.bottomRight() - QPoint(300, 100));
+    QCoreApplication::processEvents();
+    show(QString(QStringLiteral("很长的文字")).repeated(60));
+    QVERIFY(screen.contains(only()->geometry()));
+    const QRect anchor(m_anchor->mapToGlobal(QPoint()), m_anchor->size());
+    QVERIFY(!only()->geometry().intersects(anchor));
+}
+
+void MessageTipPlaceTest::itShowsAfterADialogHasClosed()
+{
+    QDialog dialog(m_window.get());
+    auto* const edit = new QLineEdit(&dialog);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    CMessageTip::showTip(edit, 0x41, QStringLiteral("一"), 3, 2, 300);
+    dialog.hide();
+    QCoreApplication::processEvents();
+    CMessageTip::showTip(edit, 0x41, QStringLiteral("二"), 3, 2, 20);
+    QTRY_VERIFY(only() && only()->isVisible());
+    QCOMPARE(only()->parentWidget(), m_window.get());
+    QTRY_VERIFY(CMessageTip::visibleTips().isEmpty());
+}
+
+void MessageTipPlaceTest::itHidesWithTheProgram()
+{
+    show(QStringLiteral("一"), 3, 10);
+    QPointer<CMessageTip> tip = only();
+    QVERIFY(tip->isVisible());
+    // The signal of the platform, whose only program is this one here.
+    QMetaObject::invokeMethod(qApp, "applicationStateChanged",
+                              Q_ARG(Qt::ApplicationState, Qt::ApplicationInactive));
+    QVERIFY(!tip->isVisible());
+    QTest::qWait(300);
+    QVERIFY(tip);
+    QMetaObject::invokeMethod(qApp, "applicationStateChanged",
+                              Q_ARG(Qt::ApplicationState, Qt::ApplicationActive));
+    QVERIFY(tip->isVisible());
+    QTRY_VERIFY(!tip);
+}
+
+int main(int argc, char** argv)
+{
+    return runTest<MessageTipPlaceTest>(argc, argv);
+}
+
+#include "MessageTipPlaceTest.moc"
