@@ -80,9 +80,19 @@ bool CBaseDialog::event(QEvent* event)
         if (child && !child->isWindow() && !child->testAttribute(Qt::WA_SetStyle))
             applyKitStyle(child);
     }
+    if (event->type() == QEvent::WindowActivate)
+        QMetaObject::invokeMethod(this, &CBaseDialog::syncPosition, Qt::QueuedConnection);
     if (event->type() == QEvent::WindowTitleChange || event->type() == QEvent::WindowIconChange)
         update(titleBarRect());
     return CEventWidgetT<QDialog>::event(event);
+}
+
+void CBaseDialog::syncPosition()
+{
+    // On X11 the first answer of a window manager can leave Qt's window at the corner of the screen
+    // while widget and window stand elsewhere; menus would open and drags begin at the wrong place.
+    if (windowHandle() && windowHandle()->position() != pos())
+        windowHandle()->setPosition(pos());
 }
 
 void CBaseDialog::keyPressEvent(QKeyEvent* event)
@@ -104,11 +114,12 @@ void CBaseDialog::mousePressEvent(QMouseEvent* event)
         CEventWidgetT<QDialog>::mousePressEvent(event);
         return;
     }
+    syncPosition();
     // The window manager moves best; where there is none the dialog moves itself.
     if (windowHandle() && windowHandle()->startSystemMove())
         return;
     m_dragging = true;
-    m_dragOffset = event->globalPosition().toPoint() - pos();
+    m_dragOffset = place;
 }
 
 void CBaseDialog::mouseMoveEvent(QMouseEvent* event)

@@ -54,6 +54,7 @@ protected:
 
 private:
     void takeTheme();
+    void syncPosition();
     QRect titleBarRect() const;
 
     CCloseGlyph* m_closeGlyph;
