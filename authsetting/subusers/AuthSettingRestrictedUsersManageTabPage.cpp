@@ -34,7 +34,7 @@ QWidget* newDisableButton(int row, const QString& subUser, QWidget* parent)
     auto* button = new KZ::CSmallNormalButton(firstRowButton + row, parent);
     button->setTextFontKey(QStringLiteral("fnt_default_normal_fix"));
     button->setText(QStringLiteral("禁用"));
-    button->setAccessibleName(QStringLiteral("禁用") + subUser);
+    button->setAccessibleName(QStringLiteral("禁用 ") + subUser);
     button->resize(disableButtonWidth, button->height());
     return button;
 }

@@ -161,8 +161,17 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::refillRow(int row)
         m_form->setDays(fillRow(row));
     showState();
     // In a burst the other rows follow shortly after, this one has to be right at once.
-    if (!m_refreshGate.request())
+    if (!m_refreshGate.request(runsAtOnce()))
         refreshRow(row);
+}
+
+int CAuthSettingSingleRestrictedUserGeneralTabPage::runsAtOnce() const
+{
+    // A walk over a table of a few screens costs nothing that anybody notices.
+    constexpr int smallTable = 200;
+    constexpr int runsOfSmallTable = 32;
+    constexpr int runsOfLargeTable = 4;
+    return m_table->rowCount() <= smallTable ? runsOfSmallTable : runsOfLargeTable;
 }
 
 void CAuthSettingSingleRestrictedUserGeneralTabPage::showState()
@@ -315,7 +324,7 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::slotSetsubuserResult(QStrin
     finishRequest([this, bEnabled, bReslt, qsError] {
         if (bReslt) {
             showStateToolTip(bEnabled);
-            m_stateGate.request();
+            m_stateGate.request(runsAtOnce());
             return;
         }
         showResultTip(m_stateButton,

@@ -58,6 +58,7 @@ private:
 
     CAuthLimit fillRow(int row);
     void refillRow(int row);
+    int runsAtOnce() const;
     void showState();
     void showStateToolTip(bool enabled);
     void refreshRows();

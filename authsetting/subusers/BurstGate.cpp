@@ -11,7 +11,7 @@ CBurstGate::CBurstGate(std::function<void()> action) : m_action(std::move(action
     QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { onQuiet(); });
 }
 
-bool CBurstGate::request()
+bool CBurstGate::request(int runsAtOnce)
 {
     if (!m_timer.isActive())
         m_timer.start();

@@ -77,7 +77,7 @@ QWidget* CRestrictedUserTable::newCancelButton(int row, QWidget* parent)
 {
     auto* button = new KZ::CSmallNormalButton(firstCancelButtonId + row, parent);
     button->setText(QStringLiteral("取消授权"));
-    button->setAccessibleName(QStringLiteral("取消授权") + itemText(row, Account));
+    button->setAccessibleName(QStringLiteral("取消授权 ") + itemText(row, Account));
     button->resize(sizeOf("gw_siz_auth_setting_account_btn_width"),
                    sizeOf("gw_siz_auth_setting_account_btn_height"));
     if (!m_rows.at(row).cancellable)

@@ -136,8 +136,10 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::afterGrant(bool toServer)
     m_lastToServer = toServer;
     if (toServer)
         endGrant();
+    // Sealing a file takes a noticeable moment each time, whatever the table's size.
+    constexpr int filesAtOnce = 8;
     // Of a repetition that is put off nobody has to wait for the end.
-    if (!m_grantGate.request())
+    if (!m_grantGate.request(toServer ? runsAtOnce() : filesAtOnce))
         endGrant();
 }
 
