@@ -8,6 +8,7 @@
 #include "utils/ExchangeTimeZone.h"
 
 #include <QCalendarWidget>
+#include <QClipboard>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTableView>
@@ -35,6 +36,8 @@ private Q_SLOTS:
     void noDateAfterTheLastGrantableOneCanBeTyped();
     void escapeTakesBackWhatWasTyped();
     void arrowKeysChangeAtOnce();
+    void steppingFromAHalfTypedDateStaysInTheRange();
+    void aDateCanBePasted();
     void steppingStopsAtTheMinimum();
     void steppingUpFromAPastDateReachesTheMinimum();
     void theWheelNeedsTheFocus();
@@ -219,6 +222,41 @@ void CalendarLineEditTest::arrowKeysChangeAtOnce()
     QTest::keyClick(m_editor, Qt::Key_Up);
     QCOMPARE(m_editor->date(), QDate(2026, 12, 27));
     QCOMPARE(m_window->count(EVENT_DATE_CHANGED), 3);
+}
+
+void CalendarLineEditTest::steppingFromAHalfTypedDateStaysInTheRange()
+{
+    type(QStringLiteral("20"));
+    QTest::keyClick(m_editor, Qt::Key_Up);
+    QCOMPARE(m_editor->date(), QDate(2027, 11, 27));
+    // A year typed in full leads on to the month, which the arrow then changes.
+    type(QStringLiteral("2030"));
+    QTest::keyClick(m_editor, Qt::Key_Up);
+    QCOMPARE(m_editor->date(), QDate(2030, 12, 27));
+    QCOMPARE(m_window->count(EVENT_DATE_CHANGED), 2);
+    type(QStringLiteral("2019"));
+    QTest::keyClick(m_editor, Qt::Key_Down);
+    type(QStringLiteral("2"));
+    QTest::keyClick(m_editor, Qt::Key_Down);
+    for (const EventRecorder::Record& record : std::as_const(m_window->records))
+        QVERIFY2(record.text >= QStringLiteral("2026-11-20"), qPrintable(record.text));
+}
+
+void CalendarLineEditTest::aDateCanBePasted()
+{
+    QGuiApplication::clipboard()->setText(QStringLiteral("2027-01-05"));
+    QTest::keyClick(m_editor, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(m_editor, Qt::Key_V, Qt::ControlModifier);
+    QTest::keyClick(m_editor, Qt::Key_Return);
+    QCOMPARE(m_editor->date(), QDate(2027, 1, 5));
+    QCOMPARE(m_window->count(EVENT_DATE_CHANGED), 1);
+    QGuiApplication::clipboard()->setText(QStringLiteral("nonsense"));
+    QTest::keyClick(m_editor, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(m_editor, Qt::Key_V, Qt::ControlModifier);
+    QTest::keyClick(m_editor, Qt::Key_Return);
+    QCOMPARE(m_editor->text(), QStringLiteral("2027-01-05"));
+    QCOMPARE(m_window->count(EVENT_DATE_CHANGED), 1);
+    QGuiApplication::clipboard()->clear();
 }
 
 void CalendarLineEditTest::steppingStopsAtTheMinimum()
