@@ -38,6 +38,11 @@ void CAuthSettingAccountOpWidget::setAuthType(int type)
         m_cancelButton->setVisible(m_authType == mbservice::AUTH_TYPE_GRANTED_TO_OTHER);
 }
 
+void CAuthSettingAccountOpWidget::setAccountName(const QString& name)
+{
+    m_cancelButton->setAccessibleName(m_cancelButton->text() + u' ' + name);
+}
+
 QSize CAuthSettingAccountOpWidget::minimumSizeHint() const
 {
     if (!m_cancelButton)

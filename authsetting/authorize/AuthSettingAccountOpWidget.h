@@ -21,6 +21,9 @@ public:
     /// Sets the account's mbservice::EAuthType.
     void setAuthType(int type);
 
+    /// Names the account to assistive tools, which read the buttons without their rows.
+    void setAccountName(const QString& name);
+
     QSize minimumSizeHint() const override;
     bool handleEvent(int eventId, int param1, int param2, QString text, void* data) override;
 

@@ -5,6 +5,8 @@
 #include "authsetting/shell/AccountTexts.h"
 #include "kit/resources/UiResource.h"
 
+#include <QTableView>
+
 namespace GW {
 
 namespace {
@@ -26,7 +28,7 @@ CBatchAccountsTable::CBatchAccountsTable(QWidget* parent)
     : COddEvenRowTable(tableId, parent, menuFlags)
 {
     setObjectName(QStringLiteral("halden_batch_table"));
-    setAccessibleName(QStringLiteral("批量授权"));
+    view()->setAccessibleName(QStringLiteral("批量授权"));
     setFlag(tableFlags);
     buildColumns();
 }
@@ -53,11 +55,12 @@ void CBatchAccountsTable::buildColumns()
 int CBatchAccountsTable::addAccount(const CAccount& account, const CAuthDetail* grant)
 {
     const bool grantable = account.authType == mbservice::AUTH_TYPE_NOT_GRANTED;
+    const QString name = accountDisplayIDQs(account);
     const int row = addRowBegin();
     setItemCheckBox(row, SelectColumn, row, !grantable, grantable, centred);
     setItemText(row, PlatformColumn, platformName(account, StockRule::AllButFuturesType), false);
     setItemText(row, BrokerColumn, brokerName(account, StockRule::AllButFuturesType), false);
-    setItemText(row, AccountColumn, accountDisplayIDQs(account), false);
+    setItemText(row, AccountColumn, name, false);
     setItemText(row, StateColumn, account.authTypeString(), false);
     setItemTextColorKey(row, StateColumn, authTypeToColorKey(account.authType));
     if (grant) {
@@ -68,9 +71,10 @@ int CBatchAccountsTable::addAccount(const CAccount& account, const CAuthDetail* 
     if (account.authType == mbservice::AUTH_TYPE_GRANTED_TO_OTHER) {
         setItemWidget(
             row, OperationColumn,
-            [row, type = account.authType](QWidget* parent) -> QWidget* {
+            [row, type = account.authType, name](QWidget* parent) -> QWidget* {
                 auto* operation = new CAuthSettingAccountOpWidget(row, parent);
                 operation->setAuthType(type);
+                operation->setAccountName(name);
                 return operation;
             },
             fillCell);

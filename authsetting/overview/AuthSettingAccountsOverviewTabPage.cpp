@@ -14,6 +14,8 @@
 #include "authsetting/shell/TableLayouts.h"
 #include "kit/table/OddEvenRowTable.h"
 
+#include <QTableView>
+
 #include <boost/bind/bind.hpp>
 
 namespace GW {
@@ -67,7 +69,7 @@ void CAuthSettingAccountsOverviewTabPage::buildTable()
 {
     m_table = new KZ::COddEvenRowTable(tableId, this, menuFlags);
     m_table->setObjectName(QStringLiteral("halden_overview_table"));
-    m_table->setAccessibleName(QStringLiteral("账号总览"));
+    m_table->view()->setAccessibleName(QStringLiteral("账号总览"));
     m_table->setFlag(tableFlags);
     m_table->setColumnCount(ColumnCount);
     m_table->setHeaderText(PlatformColumn, QStringLiteral("交易平台"));
@@ -107,14 +109,16 @@ void CAuthSettingAccountsOverviewTabPage::addRow(const boost::shared_ptr<CAccoun
     m_table->setItemText(row, PlatformColumn, platformName(*account, StockRule::OnlyStockType),
                          true);
     m_table->setItemText(row, BrokerColumn, brokerName(*account, StockRule::OnlyStockType));
-    m_table->setItemText(row, AccountColumn, accountDisplayIDQs(*account));
+    const QString name = accountDisplayIDQs(*account);
+    m_table->setItemText(row, AccountColumn, name);
     m_table->setItemText(row, StateColumn, account->authTypeString());
     m_table->setItemTextColorKey(row, StateColumn, authTypeToColorKey(account->authType));
     m_table->setItemWidget(
         row, OperationColumn,
-        [row, type = account->authType](QWidget* parent) -> QWidget* {
+        [row, type = account->authType, name](QWidget* parent) -> QWidget* {
             auto* operation = new CAuthSettingAccountOpWidget(row, parent);
             operation->setAuthType(type);
+            operation->setAccountName(name);
             return operation;
         },
         fillCell);

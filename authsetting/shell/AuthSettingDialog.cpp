@@ -197,6 +197,7 @@ void CAuthSettingDialog::showPage(int pageId, int subPageId, QString key, int ta
         if (page->tabControl())
             page->tabControl()->activateTab(tabIndex);
         page->show();
+        restoreFocus();
     }
     resetLayout(size());
 }
@@ -261,6 +262,8 @@ void CAuthSettingDialog::resetLayout(QSize size)
 
 void CAuthSettingDialog::setDialogEnabled(bool enabled)
 {
+    if (!enabled && !m_busy)
+        m_focusBeforeBusy = focusWidget();
     m_busy = !enabled;
     if (m_progressText)
         m_progressText->setVisible(!enabled);
@@ -270,6 +273,24 @@ void CAuthSettingDialog::setDialogEnabled(bool enabled)
         m_navigator->setEnabled(enabled);
     if (m_currentPage)
         m_currentPage->setEnabled(enabled);
+    if (enabled && !focusWidget())
+        restoreFocus();
+}
+
+void CAuthSettingDialog::restoreFocus()
+{
+    // A page that was hidden or disabled leaves the focus to nobody or to the close button, where
+    // the next keystroke would close the dialog.
+    const QWidget* focused = focusWidget();
+    if (!m_currentPage || (focused && m_currentPage->isAncestorOf(focused)))
+        return;
+    if (m_focusBeforeBusy && m_currentPage->isAncestorOf(m_focusBeforeBusy)) {
+        m_focusBeforeBusy->setFocus();
+        return;
+    }
+    KZ::CStandardTabControl* tabs = m_currentPage->tabControl();
+    if (QWidget* tab = tabs ? tabs->getTabWidget(tabs->currentTabIndex()) : nullptr)
+        tab->setFocus();
 }
 
 void CAuthSettingDialog::slotUiUpdateAuth()

@@ -3,6 +3,7 @@
 #include "authsetting/AuthSettingExport.h"
 #include "kit/dialogs/CommonDialog.h"
 
+#include <QPointer>
 #include <QString>
 
 #include <boost/function.hpp>
@@ -84,6 +85,7 @@ private:
     void addShortcuts();
     void createBusyDisplay();
     void activateCurrentNode();
+    void restoreFocus();
 
     std::map<std::pair<int, int>, CAuthSettingPage*> m_pages;
     CAuthSettingNavigator* m_navigator = nullptr;
@@ -95,6 +97,7 @@ private:
     KZ::CSimpleTextWidget* m_progressText = nullptr;
     QProgressBar* m_progressBar = nullptr;
     bool m_busy = false;
+    QPointer<QWidget> m_focusBeforeBusy;
     boost::function<void(CAuthSettingNavigator*)> m_navigatorFiller;
 };
 

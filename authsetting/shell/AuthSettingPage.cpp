@@ -76,6 +76,9 @@ bool CAuthSettingPage::handleEvent(int eventId, int param1, int param2, QString 
         if (IAuthSettingTabPage* tab = tabPageAt(param2)) {
             // Some tab pages are born disabled and wait for their first activation.
             tab->setEnabled(true);
+            // A disabled one could not take the focus over from the tab before it.
+            if (!window()->focusWidget())
+                tab->setFocus();
             tab->reloadData();
             tab->onActive();
         }

@@ -35,6 +35,9 @@ private Q_SLOTS:
         QCOMPARE(buttonOf(widget)->text(), QStringLiteral("取消授权"));
         QCOMPARE(buttonOf(widget)->accessibleName(), QStringLiteral("取消授权"));
         QCOMPARE(widget.minimumSizeHint(), size + QSize(20, 20));
+        widget.setAccountName(QStringLiteral("800001"));
+        QCOMPARE(buttonOf(widget)->accessibleName(), QStringLiteral("取消授权 800001"));
+        QCOMPARE(buttonOf(widget)->text(), QStringLiteral("取消授权"));
     }
 
     void theButtonStandsInTheMiddle()

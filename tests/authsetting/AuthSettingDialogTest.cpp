@@ -255,6 +255,42 @@ private Q_SLOTS:
         QCOMPARE(test.dialog.pages().size(), 2);
     }
 
+    void theFocusGoesToTheShownPageAndComesBackAfterARequest()
+    {
+        DialogUnderTest test;
+        test.dialog.showPage(201, INT_MAX, QString(), 1);
+        test.dialog.show();
+        QVERIFY(QTest::qWaitForWindowActive(&test.dialog));
+        QCOMPARE(test.dialog.focusWidget(), test.currentTab());
+        auto* editor = test.dialog.findChild<QWidget*>(QStringLiteral("halden_batch_start"));
+        editor->setFocus();
+        test.dialog.setDialogEnabled(false);
+        QVERIFY(!editor->hasFocus());
+        test.dialog.setDialogEnabled(true);
+        QVERIFY(editor->hasFocus());
+        // A page that is left takes the focus with it: not to the close button.
+        test.dialog.showPage(202);
+        QCOMPARE(test.dialog.focusWidget(), test.currentTab());
+        test.closeButton()->setFocus();
+        test.dialog.setDialogEnabled(false);
+        QVERIFY(test.closeButton()->hasFocus());
+        test.dialog.setDialogEnabled(true);
+        QVERIFY(test.closeButton()->hasFocus());
+    }
+
+    void aTabShownForTheFirstTimeTakesTheFocus()
+    {
+        DialogUnderTest test;
+        test.dialog.showPage(201);
+        test.dialog.show();
+        QVERIFY(QTest::qWaitForWindowActive(&test.dialog));
+        QVERIFY(test.currentTab()->hasFocus());
+        test.dialog.shownPage()->tabControl()->activateTab(1);
+        QVERIFY(test.currentTab()->hasFocus());
+        QTest::keyClick(test.dialog.focusWidget(), Qt::Key_Tab);
+        QCOMPARE(test.dialog.focusWidget()->accessibleName(), QStringLiteral("被授权人"));
+    }
+
     void minimisingNeitherLeavesThePageNorEndsARequest()
     {
         DialogUnderTest test;
