@@ -18,7 +18,7 @@ namespace {
 
 constexpr int fileVersion = 1;
 /// A layout is a line of numbers per table; a real file has a few kilobytes.
-constexpr qsizetype maxFileSize = 1024 * 1024;
+constexpr qsizetype maxFileSize = qsizetype{1024} * 1024;
 
 QString formatName()
 {

@@ -39,7 +39,7 @@ inline constexpr qsizetype headerSize = 86;
 /// Authentication tag at the end of the sealed payload.
 inline constexpr qsizetype tagSize = 16;
 /// A whole file, header included: far above any real file, far below what hurts the reader.
-inline constexpr qsizetype maxFileSize = 16 * 1024 * 1024;
+inline constexpr qsizetype maxFileSize = qsizetype{16} * 1024 * 1024;
 inline constexpr qsizetype maxPayloadSize = maxFileSize - headerSize - tagSize;
 } // namespace sealedfile
 
