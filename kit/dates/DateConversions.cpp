@@ -12,7 +12,7 @@ namespace {
 /// The moment at which clocks in `zone` show `date` and `time`.
 QDateTime momentIn(const QTimeZone& zone, const QDate& date, const QTime& time)
 {
-    const QDateTime start = date.startOfDay(zone);
+    QDateTime start = date.startOfDay(zone);
     if (start.time() >= time && start.date() == date)
         return start;
     // Made from the count, because a skipped time is otherwise shown as it was given.

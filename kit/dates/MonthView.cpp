@@ -12,10 +12,10 @@ namespace KZ {
 
 namespace {
 
-const QString previousMonthName = QStringLiteral("qt_calendar_prevmonth");
-const QString nextMonthName = QStringLiteral("qt_calendar_nextmonth");
-const QString monthName = QStringLiteral("qt_calendar_monthbutton");
-const QString yearName = QStringLiteral("qt_calendar_yearbutton");
+constexpr QLatin1String previousMonthName("qt_calendar_prevmonth");
+constexpr QLatin1String nextMonthName("qt_calendar_nextmonth");
+constexpr QLatin1String monthName("qt_calendar_monthbutton");
+constexpr QLatin1String yearName("qt_calendar_yearbutton");
 
 bool isWeekend(const QDate& date)
 {
@@ -47,7 +47,7 @@ CMonthView::~CMonthView() = default;
 /// Names the buttons of the header and puts the year before the month, as Chinese dates have it.
 void CMonthView::arrangeHeader()
 {
-    const std::pair<QString, QString> names[] = {
+    const std::pair<QLatin1String, QString> names[] = {
         {previousMonthName, QStringLiteral("上个月（PageUp）")},
         {nextMonthName, QStringLiteral("下个月（PageDown）")},
         {monthName, QStringLiteral("选择月份")},

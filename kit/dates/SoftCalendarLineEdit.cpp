@@ -54,7 +54,7 @@ CSoftCalendarLineEdit::CSoftCalendarLineEdit(int id, QWidget* parent)
     m_reported = date();
     describeRange();
     // Whoever keeps a new editor's height gets the usual one; a layout may still change it.
-    resize(sizeHint());
+    resize(CSoftCalendarLineEdit::sizeHint());
     setAttribute(Qt::WA_Resized, false);
     connect(this, &QDateEdit::dateChanged, this, &CSoftCalendarLineEdit::onDateChanged);
 }
@@ -134,9 +134,9 @@ void CSoftCalendarLineEdit::chooseDate(const QDate& date)
 
 QSize CSoftCalendarLineEdit::sizeHint() const
 {
-    return QSize(std::max(CUiResource::getSize(QStringLiteral("gw_siz_kit_editor_width")),
-                          minimumSizeHint().width()),
-                 minimumSizeHint().height());
+    const QSize least = CSoftCalendarLineEdit::minimumSizeHint();
+    return least.expandedTo(
+        QSize(CUiResource::getSize(QStringLiteral("gw_siz_kit_editor_width")), 0));
 }
 
 QSize CSoftCalendarLineEdit::minimumSizeHint() const
