@@ -8,6 +8,7 @@
 #include <QAbstractButton>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QPainter>
 #include <QProgressBar>
 #include <QScrollBar>
 #include <QStyleOption>

@@ -90,7 +90,7 @@ void CResourceTable::addFont(const QString& key, const QJsonObject& entry)
 {
     QStringList families;
     const QJsonArray names = entry.value(QLatin1String("families")).toArray();
-    for (const QJsonValue& name : names)
+    for (const QJsonValue name : names)
         families.append(name.toString());
     const int size = entry.value(QLatin1String("size")).toInt();
     if (families.isEmpty() || size <= 0)

@@ -22,7 +22,7 @@ CComboBox::CComboBox(int id, QWidget* parent) : CEventWidgetT<QComboBox>(parent)
     setStyle(kitStyle());
     setInsertPolicy(QComboBox::NoInsert);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
-    resize(sizeHint());
+    resize(CComboBox::sizeHint());
     setAttribute(Qt::WA_Resized, false);
     connect(this, &QComboBox::activated, this, &CComboBox::commit);
 }

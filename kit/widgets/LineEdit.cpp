@@ -17,7 +17,7 @@ CLineEdit::CLineEdit(int id, QWidget* parent) : CEventWidgetT<QLineEdit>(parent)
     setStyle(kitStyle());
     setMaxLength(MAX_TEXT_LENGTH);
     setValidator(new CPlainTextValidator(this));
-    resize(sizeHint());
+    resize(CLineEdit::sizeHint());
     setAttribute(Qt::WA_Resized, false);
     connect(this, &QLineEdit::returnPressed, this, &CLineEdit::commit);
     connect(this, &QLineEdit::textChanged, this, [this] { m_tracker.textChanged(text()); });

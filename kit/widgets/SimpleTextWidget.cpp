@@ -3,10 +3,11 @@
 #include "kit/resources/UiResource.h"
 
 #include <QEvent>
-#include <QFontMetrics>
+#include <QFontMetricsF>
 #include <QHelpEvent>
 #include <QPainter>
 #include <QToolTip>
+#include <QtMath>
 
 #include <algorithm>
 
@@ -60,8 +61,10 @@ QString CSimpleTextWidget::shownText() const
 
 QSize CSimpleTextWidget::sizeHint() const
 {
-    const QFontMetrics metrics = fontMetrics();
-    return {std::min(metrics.horizontalAdvance(m_text), m_maxWidth), metrics.height()};
+    // Rounded up: a width that falls short by a fraction of a pixel costs two characters.
+    const QFontMetricsF metrics(font(), this);
+    const int width = qCeil(metrics.horizontalAdvance(m_text));
+    return {std::min(width, m_maxWidth), qCeil(metrics.height())};
 }
 
 QSize CSimpleTextWidget::minimumSizeHint() const
@@ -79,7 +82,7 @@ void CSimpleTextWidget::onUiResourceChanged()
 
 void CSimpleTextWidget::takeTextSize()
 {
-    resize(sizeHint());
+    resize(CSimpleTextWidget::sizeHint());
     // A layout is to ask for the hint again each time the text changes.
     setAttribute(Qt::WA_Resized, false);
     updateGeometry();
