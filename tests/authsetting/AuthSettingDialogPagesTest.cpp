@@ -1,8 +1,10 @@
 #include "kit/table/OddEvenRowTable.h"
 #include "tests/authsetting/DialogTools.h"
+#include "tests/authsetting/ModalDriver.h"
 #include "tests/support/TestCase.h"
 
 #include <QPointer>
+#include <QWindow>
 
 #include <climits>
 
@@ -128,6 +130,27 @@ private Q_SLOTS:
         QCOMPARE(button->text(), QStringLiteral("导入授权"));
         QCOMPARE(button->shortcut(), QKeySequence(QStringLiteral("Ctrl+O")));
         QVERIFY(button->toolTip().contains(QStringLiteral("Ctrl+O")));
+    }
+
+    void theImportCommandsShortcutAsksForAFileOnItsPageOnly()
+    {
+        DialogUnderTest test;
+        test.dialog.showPage(202);
+        test.dialog.show();
+        QVERIFY(QTest::qWaitForWindowActive(&test.dialog));
+        {
+            ModalDriver user;
+            user.answerFile(QString());
+            QTest::keyClick(test.dialog.windowHandle(), Qt::Key_O, Qt::ControlModifier);
+            // A button's shortcut presses it for a moment before it clicks.
+            QTRY_COMPARE(user.titles, QStringList(QStringLiteral("导入授权")));
+        }
+        test.dialog.showPage(201);
+        QTest::keyClick(test.dialog.windowHandle(), Qt::Key_O, Qt::ControlModifier);
+        QTest::qWait(200);
+        QVERIFY(!QApplication::activePopupWidget());
+        QCOMPARE(QApplication::activeModalWidget(), nullptr);
+        QVERIFY(test.services.client.imports.isEmpty());
     }
 
     void theSubUsersPageHasItsTwoCommandsBesideTheTabs()

@@ -5,6 +5,7 @@
 
 #include <QScrollBar>
 #include <QThread>
+#include <QWindow>
 
 #include <climits>
 
@@ -246,6 +247,30 @@ private Q_SLOTS:
         QVERIFY(hint.contains(QStringLiteral("Ctrl+PageUp")));
         QVERIFY(hint.contains(QStringLiteral("Ctrl+PageDown")));
         QVERIFY(hint.contains(QStringLiteral("F5")));
+    }
+
+    void theKeyboardReachesTheTreeFromEveryEditor()
+    {
+        DialogUnderTest test;
+        test.dialog.setNavigatorFiller(fillThreePages);
+        test.services.user.addAccount(1, 1, "b", "1", mbservice::AUTH_TYPE_NOT_GRANTED);
+        test.dialog.load();
+        test.dialog.showPage(201);
+        test.dialog.activeNode(201);
+        test.dialog.show();
+        QVERIFY(QTest::qWaitForWindowActive(&test.dialog));
+        for (const char* name : {"halden_batch_grantee", "halden_batch_start", "halden_table_view",
+                                 "halden_batch_authorize"}) {
+            test.dialog.shownPage()->tabControl()->activateTab(1);
+            auto* editor = test.currentTab()->findChild<QWidget*>(QString::fromLatin1(name));
+            QVERIFY2(editor, name);
+            editor->setFocus();
+            QVERIFY2(editor->hasFocus(), name);
+            QTest::keyClick(test.dialog.windowHandle(), Qt::Key_PageDown, Qt::ControlModifier);
+            QVERIFY2(test.dialog.shownPage()->key() == QStringLiteral("keyA"), name);
+            QTest::keyClick(test.dialog.windowHandle(), Qt::Key_PageUp, Qt::ControlModifier);
+            QVERIFY2(test.dialog.shownPage()->key().isEmpty(), name);
+        }
     }
 };
 

@@ -1,3 +1,4 @@
+#include "authsetting/services/Services.h"
 #include "authsetting/shell/AuthSettingEvents.h"
 #include "tests/authsetting/BatchPageTools.h"
 #include "tests/authsetting/ModalDriver.h"
@@ -225,6 +226,19 @@ private Q_SLOTS:
         QVERIFY(grant.test.dialog.of(GW::EVENT_RELOAD_NAVIGATOR).isEmpty());
         QVERIFY(grant.test.table->isItemChecked(0, 0));
         QCOMPARE(grant.test.dialog.of(GW::EVENT_SET_WAITING).last().param2, 0);
+    }
+
+    void withoutAClientAtTheEndTheFileFails()
+    {
+        FileGrant grant;
+        StandingClock clock;
+        grant.grant(QStringLiteral("p"));
+        GW::installServices(nullptr, nullptr, nullptr, nullptr, nullptr);
+        clock.now += 1;
+        grant.test.services.client.answerAdd(true);
+        grant.test.services.client.answerAdd(true);
+        QVERIFY(grant.test.services.client.exports.isEmpty());
+        QCOMPARE(tipTexts(), QStringList(QStringLiteral("生成授权文件失败")));
     }
 
     void aServerGrantAfterAFileGrantWritesNothing()

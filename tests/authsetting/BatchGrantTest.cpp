@@ -7,6 +7,9 @@
 #include <QElapsedTimer>
 #include <QHash>
 #include <QPushButton>
+#include <QThread>
+
+#include <memory>
 
 namespace {
 
@@ -243,6 +246,25 @@ private Q_SLOTS:
         clock.now += 1;
         test.services.client.answerAdd(false, QStringLiteral("x"));
         QCOMPARE(tipTexts(), QStringList(QStringLiteral("权限出错！错误信息：x")));
+    }
+
+    void resultsFromAnotherThreadArriveInTheGuiThread()
+    {
+        BatchUnderTest test;
+        test.add("10");
+        test.add("11");
+        test.page->reloadData();
+        test.show();
+        test.tickAllAndName(QStringLiteral("bob"));
+        test.page->onServerAuthTriggered(false);
+        const std::unique_ptr<QThread> thread(QThread::create([&] {
+            test.services.client.answerAdd(true);
+            test.services.client.answerAdd(true);
+        }));
+        thread->start();
+        QVERIFY(thread->wait());
+        QCOMPARE(test.dialog.events.size(), 1);
+        QTRY_COMPARE(tipTexts(), QStringList(QStringLiteral("授权成功")));
     }
 
     void resultsOfOtherPagesChangeNothing()
