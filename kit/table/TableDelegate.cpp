@@ -150,7 +150,8 @@ void CTableDelegate::commitAndClose(CCellEditor* editor)
 {
     const QPointer<CCellEditor> guard(editor);
     commit(editor);
-    if (guard && !guard->isRefused())
+    // The receiver may have rebuilt the rows, and the view has then closed the editor itself.
+    if (guard && !guard->isRefused() && guard->index().isValid())
         Q_EMIT closeEditor(guard, QAbstractItemDelegate::NoHint);
 }
 

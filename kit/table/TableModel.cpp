@@ -326,7 +326,9 @@ QVariant CTableModel::headerData(int section, Qt::Orientation orientation, int r
 Qt::ItemFlags CTableModel::flags(const QModelIndex& index) const
 {
     const int row = index.isValid() ? rowAt(index.row()) : -1;
-    if (row < 0 || !m_innerEnabled)
+    if (row < 0)
+        return Qt::NoItemFlags;
+    if (!m_innerEnabled)
         return Qt::ItemNeverHasChildren;
     Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
     const CRowStore::STick* const tick = m_store.tick(row, index.column());
