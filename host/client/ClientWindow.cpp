@@ -21,6 +21,7 @@
 
 #include <QCloseEvent>
 #include <QMenuBar>
+#include <QScreen>
 #include <QSplitter>
 #include <QStatusBar>
 
@@ -53,7 +54,8 @@ ClientWindow::ClientWindow(std::unique_ptr<backend::Session> session, const QStr
     buildCentre();
     buildMenus();
     buildStatusBar(storeName);
-    resize(uiSize("gw_siz_client_window_width"), uiSize("gw_siz_client_window_height"));
+    resize(QSize(uiSize("gw_siz_client_window_width"), uiSize("gw_siz_client_window_height"))
+               .boundedTo(screen()->availableSize()));
     onUiResourceChanged();
 
     connect(m_session->authClient(), &GW::CAuthClient::sigUiUpdateAuth, this,
@@ -134,6 +136,7 @@ void ClientWindow::buildSettingsMenu()
             GW::ID_FUTURE_AUTHSETTING_PAGE_RESTRICTEDUSERS);
     menu->addSeparator();
     m_subUserMenu = new KZ::CMenu(menu);
+    m_subUserMenu->setObjectName(QStringLiteral("halden_client_sub_user_menu"));
     m_subUserMenu->setTitle(QStringLiteral("子用户(&U)"));
     connect(m_subUserMenu, &QMenu::aboutToShow, this, &ClientWindow::fillSubUserMenu);
     menu->addMenu(m_subUserMenu);
@@ -158,7 +161,9 @@ void ClientWindow::buildStatusBar(const QString& storeName)
     m_nearExpiry = new KZ::CSimpleTextWidget(QString(), statusBar());
     m_nearExpiry->setTextColorKey(QStringLiteral("clr_warning"));
     m_clock = new KZ::CSimpleTextWidget(QString(), statusBar());
+    const int margin = uiSize("gw_siz_setting_margin");
     statusBar()->setSizeGripEnabled(false);
+    statusBar()->setContentsMargins(margin, 0, margin, 0);
     statusBar()->addWidget(who);
     statusBar()->addWidget(m_nearExpiry);
     statusBar()->addPermanentWidget(m_clock);

@@ -66,6 +66,7 @@ MessageArea::MessageArea(const AccountMessages& messages, QWidget* parent)
     head->addFixWidget(title);
     head->addStretch();
     m_onlyChosen = new KZ::CCheckBox(0, head);
+    m_onlyChosen->setObjectName(QStringLiteral("halden_client_only_chosen"));
     m_onlyChosen->setText(QStringLiteral("只看所选账号"));
     m_onlyChosen->adjustSize();
     head->addFixWidget(m_onlyChosen);

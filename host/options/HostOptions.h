@@ -6,7 +6,6 @@
 #include <QString>
 
 #include <climits>
-#include <optional>
 
 namespace host {
 
@@ -28,8 +27,8 @@ struct HostOptions
     KZ::CUiResource::Theme theme = KZ::CUiResource::Theme::Light;
     /// Factor by which everything is drawn larger; 0 leaves it to the display.
     double scale = 0.0;
-    /// The client's clock starts here and runs on; empty for the machine's clock.
-    std::optional<QDateTime> clock;
+    /// The client's clock starts here and runs on; invalid for the machine's clock.
+    QDateTime clock;
     /// Walk the guided tour instead of waiting for a user.
     bool tour = false;
     /// Folder for the tour's picture of each step.

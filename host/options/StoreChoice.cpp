@@ -15,10 +15,10 @@ std::optional<backend::StoreOptions> storeOptions(const HostOptions& options, QS
             return std::nullopt;
         }
     }
-    if (options.clock) {
+    if (options.clock.isValid()) {
         QElapsedTimer running;
         running.start();
-        store.clock = [start = *options.clock, running] {
+        store.clock = [start = options.clock, running] {
             return start.addMSecs(running.elapsed());
         };
     }

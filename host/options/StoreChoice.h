@@ -3,6 +3,8 @@
 #include "backend/store/StoreOptions.h"
 #include "host/options/HostOptions.h"
 
+#include <optional>
+
 namespace host {
 
 /// How the store that `options` ask for is opened; without a location for the demonstration store.

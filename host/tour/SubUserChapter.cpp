@@ -34,7 +34,7 @@ void enable(TourStage& stage, const QString& password)
 {
     TourScene& scene = stage.scene;
     scene.clickTreeNode(DemoData::nightTrader());
-    scene.typeInto(QStringLiteral("密　　码"), password);
+    scene.typeInto(QStringLiteral("密码"), password);
     scene.typeInto(QStringLiteral("确认密码"), password);
     scene.takePicture(QStringLiteral("sub-user-password"));
     scene.click(QStringLiteral("启用按钮"),

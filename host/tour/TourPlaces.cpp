@@ -1,6 +1,7 @@
 #include "host/tour/TourPlaces.h"
 
 #include "kit/table/OddEvenRowTable.h"
+#include "kit/widgets/SimpleTextWidget.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -95,7 +96,9 @@ QWidget* TourPlaces::window()
 TourPlace TourPlaces::named(const QString& name)
 {
     return placeOf(find<QWidget>([&name](const QWidget* widget) {
-        return widget->objectName() == name || widget->accessibleName() == name;
+        // A caption has the name of the editor that it stands before.
+        const bool isCaption = qobject_cast<const KZ::CSimpleTextWidget*>(widget) != nullptr;
+        return widget->objectName() == name || (!isCaption && widget->accessibleName() == name);
     }));
 }
 

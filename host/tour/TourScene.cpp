@@ -33,9 +33,12 @@ QString obstacle(const TourPlace& place)
         return QStringLiteral("还没有出现");
     if (!place.widget->isVisible() || !place.widget->isEnabled())
         return QStringLiteral("看不见或不可用");
-    const QWidget* hit = QApplication::widgetAt(place.area.center());
+    const QPoint centre = place.area.center();
+    const QWidget* hit = QApplication::widgetAt(centre);
     if (hit != place.widget && !place.widget->isAncestorOf(hit))
-        return QStringLiteral("被 %1 挡住")
+        return QStringLiteral("在 %1,%2 被 %3 挡住")
+            .arg(centre.x())
+            .arg(centre.y())
             .arg(hit ? QString::fromLatin1(hit->metaObject()->className())
                      : QStringLiteral("另一个程序的窗口"));
     return QString();

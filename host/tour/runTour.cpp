@@ -46,6 +46,7 @@ void walk(const HostOptions& options, const QString& folder)
     witness.requireSound();
     std::fprintf(stdout, "导览完成：%d 张图片在 %s\n", scene.pictureCount(),
                  qPrintable(QDir(options.stepPictures).absolutePath()));
+    std::fflush(stdout);
 }
 
 int walkReported(const HostOptions& options, const QString& folder)
