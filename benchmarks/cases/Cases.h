@@ -1,0 +1,25 @@
+#pragma once
+
+#include "benchmarks/support/Results.h"
+
+namespace bench {
+
+/// The tables of the pages against the same rows in tables of Qt's own.
+void measureReloads(const Scale& scale, Results* results);
+void measureGrowth(const Scale& scale, Results* results);
+/// Each side in a process of its own, started with `--memory-of`, so that neither finds memory that
+/// the other has freed.
+void measureMemory(const Scale& scale, Results* results);
+/// What such a process does: fills the `side` "page" or "bare" and returns the bytes it added.
+double addedBytes(const QString& side, int accounts);
+void measureScrolling(const Scale& scale, Results* results);
+void measurePendingRefresh(const Scale& scale, Results* results);
+/// Grants on the embedded store, refused grants and sealed files.
+void measureBatchGrants(const Scale& scale, Results* results);
+void measureRefusedGrants(const Scale& scale, Results* results);
+void measureFileExport(const Scale& scale, Results* results);
+/// The dialog's first opening and the sub-user pages.
+void measureFirstOpen(const Scale& scale, Results* results);
+void measureSubUsers(const Scale& scale, Results* results);
+
+} // namespace bench

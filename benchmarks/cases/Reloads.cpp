@@ -1,0 +1,168 @@
+#include "authsetting/shell/AuthSettingIds.h"
+#include "benchmarks/cases/Cases.h"
+#include "benchmarks/support/BareTable.h"
+#include "benchmarks/support/BenchServices.h"
+#include "benchmarks/support/DialogPage.h"
+#include "benchmarks/support/Painting.h"
+#include "benchmarks/support/PlainTable.h"
+#include "benchmarks/support/StallMeter.h"
+#include "benchmarks/support/Statistics.h"
+#include "kit/events/EventIds.h"
+#include "kit/table/OddEvenRowTable.h"
+
+#include <QScrollBar>
+
+#include <climits>
+#include <memory>
+
+namespace bench {
+
+namespace {
+
+struct Place
+{
+    int tabIndex;
+    int tickColumn;
+    int stateColumn;
+    int buttonColumn;
+};
+
+constexpr Place overview{0, -1, 3, 7};
+constexpr Place batch{1, 0, 4, 8};
+// Sender of the batch tab's end date editor.
+constexpr int endEditorId = 2;
+
+QString sides(const Comparison& comparison)
+{
+    return QStringLiteral("%1 ms against %2 ms")
+        .arg(comparison.ours, 0, 'f', 1)
+        .arg(comparison.other, 0, 'f', 1);
+}
+
+std::unique_ptr<DialogPage> openPage(const Place& place)
+{
+    return std::make_unique<DialogPage>(GW::ID_FUTURE_AUTHSETTING_PAGE_ACCOUNTS_AUTHORIZE, INT_MAX,
+                                        QString(), place.tabIndex);
+}
+
+TableRows rowsOf(const DialogPage& page, const Place& place)
+{
+    return readTable(page.table(), {place.tickColumn, place.stateColumn, place.buttonColumn,
+                                    QStringLiteral("已授权"), QStringLiteral("取消授权")});
+}
+
+Comparison reloadAgainstBare(const Scale& scale, const Place& place)
+{
+    BenchServices services(scale.accounts, true);
+    const auto page = openPage(place);
+    BareTable bare(rowsOf(*page, place));
+    bare.resize(page->table()->size());
+    bare.show();
+    settle();
+    return alternate(
+        scale.rounds,
+        [&] {
+            settle();
+            return millisecondsUntilPainted(page->viewport(), [&] { page->reload(); });
+        },
+        [&] {
+            settle();
+            return millisecondsUntilPainted(bare.viewport(), [&] { bare.bareModel().reload(); });
+        });
+}
+
+double reloadMilliseconds(int accounts, int rounds)
+{
+    BenchServices services(accounts, true);
+    const auto page = openPage(overview);
+    std::vector<double> values;
+    for (int round = 0; round < rounds; ++round) {
+        settle();
+        values.push_back(millisecondsUntilPainted(page->viewport(), [&] { page->reload(); }));
+    }
+    return median(values);
+}
+
+/// One page-down with its repaint, the mean of a walk through twenty pages.
+double pageDownMilliseconds(QTableView* view)
+{
+    constexpr int pages = 20;
+    QScrollBar* bar = view->verticalScrollBar();
+    bar->setValue(bar->minimum());
+    settle();
+    double total = 0;
+    for (int step = 0; step < pages; ++step) {
+        total += millisecondsUntilPainted(
+            view->viewport(), [bar] { bar->triggerAction(QAbstractSlider::SliderPageStepAdd); });
+    }
+    return total / pages;
+}
+
+} // namespace
+
+void measureReloads(const Scale& scale, Results* results)
+{
+    const Comparison overviewBare = reloadAgainstBare(scale, overview);
+    results->add({QStringLiteral("overview_reload_10k_vs_bare"), overviewBare.ratio(), QString(),
+                  2.5, 1.5, sides(overviewBare)});
+    const Comparison batchBare = reloadAgainstBare(scale, batch);
+    results->add({QStringLiteral("batch_reload_10k_vs_bare"), batchBare.ratio(), QString(), 2.5,
+                  1.5, sides(batchBare)});
+
+    BenchServices services(scale.accounts, true);
+    const auto page = openPage(overview);
+    const TableRows rows = rowsOf(*page, overview);
+    PlainTable plain(rows);
+    plain.resize(page->table()->size());
+    plain.show();
+    settle();
+    // Half a minute a round and more: once each is enough to tell a factor of twenty.
+    Comparison comparison;
+    comparison.ours = millisecondsUntilPainted(page->viewport(), [&] { page->reload(); });
+    comparison.other = millisecondsUntilPainted(plain.viewport(), [&] { plain.reload(); });
+    results->add({QStringLiteral("overview_reload_10k_vs_plain"), comparison.ratio(), QString(),
+                  0.05, 0.01, sides(comparison)});
+}
+
+void measureGrowth(const Scale& scale, Results* results)
+{
+    const Comparison growth{reloadMilliseconds(scale.accounts * 10, scale.rounds),
+                            reloadMilliseconds(scale.accounts, scale.rounds)};
+    results->add({QStringLiteral("overview_reload_100k_over_10k"), growth.ratio(), QString(), 11,
+                  10, sides(growth)});
+}
+
+void measureScrolling(const Scale& scale, Results* results)
+{
+    BenchServices services(scale.accounts, true);
+    const auto page = openPage(batch);
+    BareTable bare(rowsOf(*page, batch));
+    bare.resize(page->table()->size());
+    bare.show();
+    settle();
+    const Comparison frame = alternate(
+        scale.rounds, [&] { return pageDownMilliseconds(page->table()->view()); },
+        [&] { return pageDownMilliseconds(&bare); });
+    results->add({QStringLiteral("scroll_frame_10k_vs_bare"), frame.ratio(), QString(), 2, 1.2,
+                  sides(frame)});
+}
+
+void measurePendingRefresh(const Scale& scale, Results* results)
+{
+    BenchServices services(scale.accounts, false);
+    const auto page = openPage(batch);
+    for (int row = 0; row < page->table()->rowCount(); ++row)
+        page->table()->setItemChecked(row, batch.tickColumn, true);
+    settle();
+    std::vector<double> stalls;
+    for (int round = 0; round < scale.rounds; ++round) {
+        StallMeter meter;
+        page->deliver(KZ::EVENT_DATE_CHANGED, endEditorId, 0);
+        settle();
+        stalls.push_back(meter.longestMilliseconds());
+    }
+    results->add({QStringLiteral("pending_refresh_10k_ms"), median(stalls), QStringLiteral("ms"),
+                  100, 16, QStringLiteral("longest stall of the event loop")});
+}
+
+} // namespace bench

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "backend/client/Session.h"
+#include "benchmarks/support/DialogPage.h"
+
+#include <QTemporaryDir>
+
+#include <memory>
+
+namespace bench {
+
+/// A store of its own on the disk with one user and his accounts, the user signed in, his services
+/// installed and the dialog open on a page. The 0.7 s for which the busy state lasts at least are
+/// left out: the clock behind them runs far ahead while the object lives.
+class StoreDialog
+{
+public:
+    StoreDialog(int accounts, int pageId, int subPageId, const QString& key, int tabIndex);
+    ~StoreDialog();
+    StoreDialog(const StoreDialog&) = delete;
+    StoreDialog& operator=(const StoreDialog&) = delete;
+
+    /// Another user, to whom the accounts are granted.
+    static QString grantee();
+    DialogPage& page() { return *m_page; }
+    backend::Session& session() { return *m_session; }
+    QString folder() const { return m_folder.path(); }
+
+    /// Ticks every row of the page's table, as Ctrl+A and Space do.
+    void tickAll(int tickColumn);
+    /// Triggers the page's menu entry with this text and turns the event loop until every request
+    /// is answered and the page has reloaded. Returns milliseconds.
+    double grantMilliseconds(const QString& menuText, int requests);
+
+private:
+    QTemporaryDir m_folder;
+    std::unique_ptr<backend::Session> m_session;
+    std::unique_ptr<DialogPage> m_page;
+};
+
+} // namespace bench
