@@ -16,7 +16,7 @@ QDateTime momentIn(const QTimeZone& zone, const QDate& date, const QTime& time)
     if (start.time() >= time && start.date() == date)
         return start;
     // Made from the count, because a skipped time is otherwise shown as it was given.
-    const QDateTime moment =
+    QDateTime moment =
         QDateTime::fromMSecsSinceEpoch(QDateTime(date, time, zone).toMSecsSinceEpoch(), zone);
     if (moment.date() == date && moment.time() == time) {
         // Of two moments with the same reading Qt may give either.
@@ -39,8 +39,7 @@ int qDateTimeToSecond(const QDateTime& dateTime)
         return 0;
     const QTimeZone zone = utils::exchangeTimeZone();
     const bool isExchangeTime = dateTime.timeSpec() == Qt::TimeZone && dateTime.timeZone() == zone;
-    const QDateTime moment =
-        isExchangeTime ? dateTime : momentIn(zone, dateTime.date(), dateTime.time());
+    QDateTime moment = isExchangeTime ? dateTime : momentIn(zone, dateTime.date(), dateTime.time());
     return static_cast<int>(std::clamp<qint64>(moment.toSecsSinceEpoch(),
                                                std::numeric_limits<int>::min(),
                                                std::numeric_limits<int>::max()));
