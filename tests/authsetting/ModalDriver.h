@@ -17,7 +17,8 @@
 class ModalDriver : public QObject
 {
 public:
-    ModalDriver()
+    /// `host` is the modal window that opens the dialogs, if there is one.
+    explicit ModalDriver(QWidget* host = nullptr) : m_host(host)
     {
         QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
         m_timer.setInterval(5);
@@ -90,7 +91,8 @@ private:
     void look()
     {
         QWidget* window = QApplication::activeModalWidget();
-        if (!window || window == m_answered || !window->isVisible() || m_steps.isEmpty())
+        if (!window || window == m_host || window == m_answered || !window->isVisible() ||
+            m_steps.isEmpty())
             return;
         m_answered = window;
         const auto step = m_steps.takeFirst();
@@ -101,5 +103,6 @@ private:
 
     QTimer m_timer;
     QVector<std::function<void(QWidget*)>> m_steps;
+    QPointer<QWidget> m_host;
     QPointer<QWidget> m_answered;
 };
