@@ -7,7 +7,8 @@ namespace GW {
 bool CAuthLimit::hasMarginRatio() const
 {
     constexpr double tolerance = 1e-5;
-    return std::fabs(availableMarginRatio - noMarginRatio) > tolerance;
+    // Written so that a value that is no number counts as a condition, which the store refuses.
+    return !(std::fabs(availableMarginRatio - noMarginRatio) <= tolerance);
 }
 
 } // namespace GW
