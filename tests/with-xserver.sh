@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Runs a command in an X server of its own with a window manager, and returns its exit code.
 # Usage: tests/with-xserver.sh command [argument ...]
+# XSERVER_SCREEN sets another size of the screen, for example 3200x2000x24.
 set -euo pipefail
 [ $# -gt 0 ] || { echo "usage: $0 command [argument ...]" >&2; exit 2; }
 for program in Xvfb openbox; do
@@ -34,7 +35,7 @@ await() {
 }
 
 # The server picks a free display itself. The two die with this script even when it is killed.
-setpriv --pdeathsig TERM Xvfb -displayfd 3 -screen 0 1600x1000x24 -nolisten tcp -noreset \
+setpriv --pdeathsig TERM Xvfb -displayfd 3 -screen 0 "${XSERVER_SCREEN:-1600x1000x24}" -nolisten tcp -noreset \
     3>"$dir/display" >"$dir/xvfb.log" 2>&1 &
 pids+=($!)
 await "$dir/display" $! Xvfb

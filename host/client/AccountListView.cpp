@@ -102,8 +102,10 @@ void AccountListView::fillRow(int row, const GW::CAccount& account)
     m_table->setItemText(row, State, account.authTypeString());
     m_table->setItemTextColorKey(row, State, GW::authTypeToColorKey(account.authType));
     const GW::CUserConfig& config = *GW::getUserConfig();
-    if (config.hasSubAccount(account.key()) || config.isSubAccount(account.key()))
+    if (config.hasSubAccount(account.key()) || config.isSubAccount(account.key())) {
         m_table->setItemText(row, Mark, QStringLiteral("有子账号关系，不能授权"));
+        m_table->setItemTextColorKey(row, Mark, "clr_text_quiet");
+    }
     fillGrant(row, account);
 }
 

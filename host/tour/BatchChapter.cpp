@@ -67,7 +67,7 @@ QString grantIntoFile(TourStage& stage)
     scene.press({XHands::KeyTab});
     scene.clickButton(QStringLiteral("授权"));
     scene.clickMenuItem(QStringLiteral("文件授权"));
-    scene.chooseFile(path);
+    scene.chooseFile(path, QStringLiteral("file-dialog"));
     scene.typeInto(QStringLiteral("halden_input_edit"), filePassword());
     scene.takePicture(QStringLiteral("file-password"));
     scene.press({XHands::KeyReturn});

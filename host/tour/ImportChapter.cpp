@@ -14,7 +14,7 @@ void walkImport(TourStage& stage, const QString& path)
     scene.press({XHands::functionKey(3)});
     scene.awaitTitle(QStringLiteral("授权设置"));
     scene.clickButton(QStringLiteral("导入授权"));
-    scene.chooseFile(path);
+    scene.chooseFile(path, QStringLiteral("import-dialog"));
     scene.typeInto(QStringLiteral("halden_input_edit"), filePassword());
     scene.press({XHands::KeyReturn});
     scene.awaitTip(QStringLiteral("导入成功！"));

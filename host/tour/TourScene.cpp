@@ -160,11 +160,12 @@ void TourScene::typeInto(const QString& name, const QString& text)
     m_hands.type(text);
 }
 
-void TourScene::chooseFile(const QString& path)
+void TourScene::chooseFile(const QString& path, const QString& picture)
 {
     await(QStringLiteral("文件对话框"),
           [] { return qobject_cast<QFileDialog*>(QApplication::activeModalWidget()) != nullptr; });
     typeInto(QStringLiteral("fileNameEdit"), path);
+    takePicture(picture);
     m_hands.press({XHands::KeyReturn});
     await(QStringLiteral("文件对话框关闭"),
           [] { return qobject_cast<QFileDialog*>(QApplication::activeModalWidget()) == nullptr; });

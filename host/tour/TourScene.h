@@ -68,8 +68,8 @@ public:
     void typeInto(const QString& name, const QString& text);
     void press(const std::vector<quint32>& keys) { m_hands.press(keys); }
     void type(const QString& text) { m_hands.type(text); }
-    /// Answers Qt's file dialog with `path`.
-    void chooseFile(const QString& path);
+    /// Answers Qt's file dialog with `path`; its picture is called `picture`.
+    void chooseFile(const QString& path, const QString& picture);
 
     /// Closes the settings dialog with its button.
     void closeDialog();
