@@ -2,6 +2,7 @@
 
 #include "kit/resources/KitStyle.h"
 #include "kit/resources/UiResource.h"
+#include "kit/widgets/EditorMenu.h"
 
 #include <QPainter>
 
@@ -11,6 +12,9 @@ CCellEditor::CCellEditor(const QModelIndex& index, const QString& text, QWidget*
     : QLineEdit(text, parent), m_index(index), m_initialText(text)
 {
     setStyle(kitStyle());
+    setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(this, &QWidget::customContextMenuRequested, this,
+            [this](const QPoint& at) { showEditorMenu(this, mapToGlobal(at)); });
     connect(this, &QLineEdit::textEdited, this, [this] { setRefused(false); });
 }
 

@@ -195,6 +195,8 @@ void CCellWidgetLayer::prepare(SCell& cell)
         const QList<QWidget*> inner = cell.widget->findChildren<QWidget*>();
         std::for_each(inner.cbegin(), inner.cend(), takeFromTabChain);
     }
+    if (!cell.isTick && cell.widget->testAttribute(Qt::WA_Resized))
+        cell.ownSize = cell.widget->size();
     cell.hint = cell.widget->sizeHint();
     measure(cell);
 }
@@ -202,8 +204,7 @@ void CCellWidgetLayer::prepare(SCell& cell)
 void CCellWidgetLayer::measure(SCell& cell)
 {
     const QWidget* const widget = cell.widget;
-    const bool isSized = widget->testAttribute(Qt::WA_Resized) && !cell.isTick;
-    const QSize wanted = isSized ? widget->size() : cell.hint;
+    const QSize wanted = cell.ownSize.isValid() ? cell.ownSize : cell.hint;
     cell.size = wanted.expandedTo(widget->minimumSize()).boundedTo(widget->maximumSize());
     const int padding = CUiResource::getSize(QStringLiteral("gw_siz_kit_table_cell_padding"));
     const int needed = cell.alignment == COddEvenRowTable::ALIGN_FILL
@@ -227,11 +228,23 @@ bool CCellWidgetLayer::remeasure()
         if (hint == cell.hint)
             continue;
         cell.hint = hint;
-        cell.size =
-            hint.expandedTo(cell.widget->minimumSize()).boundedTo(cell.widget->maximumSize());
+        cell.ownSize = QSize();
+        measure(cell);
         changed = true;
     }
     return changed;
+}
+
+void CCellWidgetLayer::remeasureAll()
+{
+    m_neededWidths.clear();
+    for (const quint64 key : m_inSight) {
+        const auto found = m_cells.find(key);
+        if (found == m_cells.end() || !found->second.widget)
+            continue;
+        found->second.hint = found->second.widget->sizeHint();
+        measure(found->second);
+    }
 }
 
 int CCellWidgetLayer::neededWidth(int column) const

@@ -50,7 +50,8 @@ public:
     bool remeasure();
     /// Width in pixels that the widgets made so far for a column need.
     int neededWidth(int column) const;
-    void forgetNeededWidths() { m_neededWidths.clear(); }
+    /// Forgets all sizes and takes those of the widgets in sight anew.
+    void remeasureAll();
     /// Widgets in and below the cell's widget that can take the focus.
     QList<QWidget*> focusWidgets(int row, int column) const;
 
@@ -62,6 +63,8 @@ private:
         int alignment = 0;
         QPointer<QWidget> widget;
         QSize hint;
+        /// Size that the owner gave the widget, invalid when it goes by its hint.
+        QSize ownSize;
         QSize size;
         bool isTick = false;
         bool isPinned = false;

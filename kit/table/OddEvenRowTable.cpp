@@ -5,6 +5,7 @@
 #include "kit/table/CellWidgetLayer.h"
 #include "kit/table/TableColumns.h"
 #include "kit/table/TableCore.h"
+#include "kit/table/TableSelection.h"
 #include "kit/table/TableView.h"
 #include "kit/table/TickBoxes.h"
 
@@ -214,17 +215,17 @@ void COddEvenRowTable::setInnerEnabled(bool enabled)
 
 int COddEvenRowTable::selectedRow() const
 {
-    return m_core->selectedRow();
+    return m_core->selection().row();
 }
 
 QVector<int> COddEvenRowTable::selectedRows() const
 {
-    return m_core->selectedRows();
+    return m_core->selection().rows();
 }
 
 void COddEvenRowTable::selectRow(int row)
 {
-    m_core->selectRow(row);
+    m_core->selection().select(row);
 }
 
 QString COddEvenRowTable::saveConfigStr() const
@@ -279,6 +280,8 @@ bool COddEvenRowTable::event(QEvent* event)
         m_core->flush(true);
     else if (event->type() == QEvent::FontChange && m_core)
         m_core->updateResources();
+    else if (event->type() == QEvent::Show && m_core)
+        m_core->updateAccessibleName();
     return CBaseWidget::event(event);
 }
 

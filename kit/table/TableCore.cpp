@@ -7,6 +7,7 @@
 #include "kit/table/TableDelegate.h"
 #include "kit/table/TableFilterBar.h"
 #include "kit/table/TableInput.h"
+#include "kit/table/TableSelection.h"
 #include "kit/table/TableView.h"
 #include "kit/table/TickBoxes.h"
 #include "kit/widgets/CheckBox.h"
@@ -14,12 +15,10 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QHeaderView>
-#include <QItemSelectionModel>
 #include <QPointer>
 #include <QScopedValueRollback>
-#include <QScrollBar>
 
-#include <algorithm>
+#include <utility>
 
 namespace KZ {
 
@@ -39,7 +38,8 @@ CTableCore::CTableCore(COddEvenRowTable* table, int id, int menuFlags)
       m_delegate(new CTableDelegate(m_store, *m_model, m_view)),
       m_layer(new CCellWidgetLayer(m_view, m_store, *m_model, table)),
       m_columns(new CTableColumns(m_view, *m_model, m_store, *m_delegate)),
-      m_filterBar(new CTableFilterBar(table)), m_input(new CTableInput(*this, menuFlags))
+      m_filterBar(new CTableFilterBar(table)), m_selection(nullptr),
+      m_input(new CTableInput(*this, menuFlags))
 {
     m_view->setModel(m_model);
     m_view->setItemDelegate(m_delegate);
@@ -49,10 +49,10 @@ CTableCore::CTableCore(COddEvenRowTable* table, int id, int menuFlags)
     m_layer->boxes().setHandlers(
         [this](int row, int column, bool checked) { setChecked(row, column, checked); },
         [this](int row, int column, bool enabled) { setCheckEnabled(row, column, enabled); });
-    connect(m_view->selectionModel(), &QItemSelectionModel::selectionChanged, this,
-            &CTableCore::selectionChanged);
-    connect(m_view->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-            &CTableCore::selectionChanged);
+    m_selection = new CTableSelection(m_view, *m_model);
+    m_selection->setChosenHandler([this](int row) {
+        m_table->deliverEvent(EVENT_ROW_SELECTED, row, m_id, QString(), m_table);
+    });
     connect(m_view->horizontalHeader(), &QHeaderView::sectionResized, this,
             &CTableCore::cellsMoved);
     connect(m_view->horizontalHeader(), &QHeaderView::sectionMoved, this, &CTableCore::cellsMoved);
@@ -76,10 +76,17 @@ void CTableCore::updateResources()
     m_view->horizontalHeader()->setFixedHeight(
         CUiResource::getSize(QStringLiteral("gw_siz_kit_table_header_height")));
     m_filterBar->updateResources();
-    m_layer->forgetNeededWidths();
+    m_layer->remeasureAll();
     m_columns->remeasure();
+    updateWidgetWidths();
     m_view->viewport()->update();
     cellsMoved();
+}
+
+void CTableCore::updateAccessibleName()
+{
+    const QString name = m_table->accessibleName();
+    m_view->setAccessibleName(name.isEmpty() ? tr("列表") : name);
 }
 
 void CTableCore::place()
@@ -122,11 +129,12 @@ void CTableCore::setInnerEnabled(bool enabled)
 
 void CTableCore::clearRows()
 {
-    rememberPlace();
+    m_selection->rememberPlace();
+    m_selection->programActionBegun();
     ++m_generation;
     m_layer->clear();
     m_model->clearRows();
-    m_chosenRow = -1;
+    m_selection->programActionEnded();
     cellsMoved();
 }
 
@@ -258,67 +266,10 @@ void CTableCore::revealIfTicked(int row)
     }
 }
 
-void CTableCore::rememberPlace()
-{
-    // Cleared again before any row was shown: the user's place is still the remembered one.
-    if (m_place.isValid && m_model->rowCount() == 0)
-        return;
-    const QModelIndex current = m_view->currentIndex();
-    m_place.isValid = true;
-    m_place.verticalScroll = m_view->verticalScrollBar()->value();
-    m_place.horizontalScroll = m_view->horizontalScrollBar()->value();
-    m_place.row = m_model->rowAt(current.row());
-    m_place.column = current.column();
-    m_place.isSelected = m_view->selectionModel()->isSelected(current);
-}
-
-void CTableCore::returnToPlace()
-{
-    if (!m_place.isValid || m_model->rowCount() == 0)
-        return;
-    m_place.isValid = false;
-    const QModelIndex current = m_model->index(m_model->viewRowOf(m_place.row), m_place.column);
-    m_view->setAutoScroll(false);
-    if (current.isValid()) {
-        m_view->selectionModel()->setCurrentIndex(
-            current, m_place.isSelected
-                         ? QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows
-                         : QItemSelectionModel::NoUpdate);
-    }
-    m_view->layoutNow();
-    m_view->verticalScrollBar()->setValue(m_place.verticalScroll);
-    m_view->horizontalScrollBar()->setValue(m_place.horizontalScroll);
-    m_view->setAutoScroll(true);
-}
-
 void CTableCore::refilter()
 {
-    const QVector<int> selected = selectedRows();
-    const int current = m_model->rowAt(m_view->currentIndex().row());
-    const int column = m_view->currentIndex().column();
-    const QScopedValueRollback<int> program(m_programActions, m_programActions + 1);
     m_revealPending = false;
-    m_model->setFilter(m_filter);
-    QItemSelection selection;
-    QVector<int> viewRows;
-    for (const int row : selected) {
-        if (const int viewRow = m_model->viewRowOf(row); viewRow >= 0)
-            viewRows.append(viewRow);
-    }
-    std::sort(viewRows.begin(), viewRows.end());
-    const int lastColumn = m_model->columnCount() - 1;
-    for (qsizetype i = 0; i < viewRows.size();) {
-        qsizetype end = i + 1;
-        while (end < viewRows.size() && viewRows[end] == viewRows[end - 1] + 1)
-            ++end;
-        selection.select(m_model->index(viewRows[i], 0),
-                         m_model->index(viewRows[end - 1], lastColumn));
-        i = end;
-    }
-    const QModelIndex index = m_model->index(m_model->viewRowOf(current), column);
-    if (index.isValid())
-        m_view->selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
-    m_view->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+    m_selection->keepOver([this] { m_model->setFilter(m_filter); });
     m_filterBar->setCount(m_model->rowCount(), m_store.rowCount());
     cellsMoved();
 }
@@ -330,69 +281,20 @@ void CTableCore::setFilter(const QString& text)
     refilter();
 }
 
-int CTableCore::selectedRow()
+CTableSelection& CTableCore::selection()
 {
     flush();
-    const QModelIndex current = m_view->currentIndex();
-    if (m_view->selectionModel()->isSelected(current))
-        return m_model->rowAt(current.row());
-    const QItemSelection selection = m_view->selectionModel()->selection();
-    return selection.isEmpty() ? -1 : m_model->rowAt(selection.first().top());
+    return *m_selection;
 }
 
-QVector<int> CTableCore::selectedRows()
+void CTableCore::userActionBegun()
 {
-    flush();
-    QVector<int> viewRows;
-    const QItemSelection selection = m_view->selectionModel()->selection();
-    for (const QItemSelectionRange& range : selection) {
-        for (int viewRow = range.top(); viewRow <= range.bottom(); ++viewRow)
-            viewRows.append(viewRow);
-    }
-    std::sort(viewRows.begin(), viewRows.end());
-    viewRows.erase(std::unique(viewRows.begin(), viewRows.end()), viewRows.end());
-    std::transform(viewRows.cbegin(), viewRows.cend(), viewRows.begin(),
-                   [this](int viewRow) { return m_model->rowAt(viewRow); });
-    return viewRows;
-}
-
-void CTableCore::selectRow(int row)
-{
-    flush();
-    const QScopedValueRollback<int> program(m_programActions, m_programActions + 1);
-    const int viewRow = m_model->viewRowOf(row);
-    if (viewRow < 0)
-        m_view->clearSelection();
-    else
-        m_view->selectionModel()->setCurrentIndex(
-            m_model->index(viewRow, std::max(m_view->currentIndex().column(), 0)),
-            QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
-    m_chosenRow = selectedRow();
-}
-
-void CTableCore::selectionChanged()
-{
-    if (m_programActions > 0)
-        return;
-    m_choicePending = true;
-    if (m_userActions == 0) {
-        ++m_userActions;
-        userActionEnded();
-    }
+    m_selection->userActionBegun();
 }
 
 void CTableCore::userActionEnded()
 {
-    --m_userActions;
-    if (m_userActions > 0 || !m_choicePending)
-        return;
-    m_choicePending = false;
-    const int row = selectedRow();
-    if (row == m_chosenRow)
-        return;
-    m_chosenRow = row;
-    if (row >= 0)
-        m_table->deliverEvent(EVENT_ROW_SELECTED, row, m_id, QString(), m_table);
+    m_selection->userActionEnded();
 }
 
 void CTableCore::scheduleFlush()
@@ -417,12 +319,12 @@ void CTableCore::flush(bool painting)
     if (m_isFlushing)
         return;
     const QScopedValueRollback<bool> flushing(m_isFlushing, true);
-    const QScopedValueRollback<int> program(m_programActions, m_programActions + 1);
     if (m_model->hasUnpublishedRows()) {
+        m_selection->programActionBegun();
         m_model->publish();
         m_columns->measureTexts();
-        returnToPlace();
-        m_chosenRow = selectedRow();
+        m_selection->returnToPlace();
+        m_selection->programActionEnded();
         m_filterBar->setCount(m_model->rowCount(), m_store.rowCount());
     }
     m_model->flushChanges();
@@ -477,8 +379,9 @@ void CTableCore::contextMenuAsked(const QPoint& globalPos, int column)
     m_input->showMenu(globalPos, column);
 }
 
-QList<QWidget*> CTableCore::currentRowFocusWidgets() const
+QList<QWidget*> CTableCore::currentRowFocusWidgets()
 {
+    flush();
     QList<QWidget*> widgets;
     const int row = m_model->rowAt(m_view->currentIndex().row());
     for (int place = 0; place < m_store.columnCount(); ++place) {

@@ -14,6 +14,7 @@ class CTableColumns;
 class CTableDelegate;
 class CTableFilterBar;
 class CTableInput;
+class CTableSelection;
 class CTableView;
 
 /// The inside of a COddEvenRowTable: it holds the parts together and decides when the view learns
@@ -41,6 +42,8 @@ public:
     /// Lays out view and filter bar in the table.
     void place();
     void updateResources();
+    /// The view, which has the focus, goes by the table's name.
+    void updateAccessibleName();
     void setFlag(int flags);
     void setColumnCount(int count);
     void setInnerEnabled(bool enabled);
@@ -61,9 +64,8 @@ public:
     /// Counts how often the rows were cleared; tells a loop that its rows are gone.
     quint32 generation() const { return m_generation; }
 
-    int selectedRow();
-    QVector<int> selectedRows();
-    void selectRow(int row);
+    /// The selection, with the view up to date.
+    CTableSelection& selection();
     void setFilter(const QString& text);
 
     /// Brings view and cell widgets up to date.
@@ -73,47 +75,28 @@ public:
     void cellsMoved() override;
     void cellWidgetResized() override;
     void viewResized() override;
-    void userActionBegun() override { ++m_userActions; }
+    void userActionBegun() override;
     void userActionEnded() override;
     bool keyPressed(QKeyEvent& event) override;
     void textComposed(QInputMethodEvent& event) override;
     void contextMenuAsked(const QPoint& globalPos, int column) override;
-    QList<QWidget*> currentRowFocusWidgets() const override;
+    QList<QWidget*> currentRowFocusWidgets() override;
     int cellWidgetWidth(int column) const override;
 
 protected:
     bool event(QEvent* event) override;
 
 private:
-    /// Where the user was before the rows were rebuilt.
-    struct SPlace
-    {
-        bool isValid = false;
-        int verticalScroll = 0;
-        int horizontalScroll = 0;
-        int row = -1;
-        int column = 0;
-        bool isSelected = false;
-    };
-
     void scheduleFlush();
-    void rememberPlace();
-    void returnToPlace();
     void refilter();
     void revealIfTicked(int row);
-    void selectionChanged();
     bool textEdited(int row, int column, const QString& text);
     void updateWidgetWidths();
 
     COddEvenRowTable* const m_table;
     const int m_id;
     QString m_filter;
-    SPlace m_place;
     quint32 m_generation = 0;
-    int m_chosenRow = -1;
-    int m_userActions = 0;
-    int m_programActions = 0;
-    bool m_choicePending = false;
     bool m_flushPosted = false;
     bool m_isFlushing = false;
     bool m_widgetsStale = true;
@@ -126,6 +109,7 @@ private:
     CCellWidgetLayer* m_layer;
     CTableColumns* m_columns;
     CTableFilterBar* m_filterBar;
+    CTableSelection* m_selection;
     CTableInput* m_input;
 };
 

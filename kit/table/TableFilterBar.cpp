@@ -2,6 +2,7 @@
 
 #include "kit/resources/KitStyle.h"
 #include "kit/resources/UiResource.h"
+#include "kit/widgets/EditorMenu.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -32,6 +33,9 @@ CTableFilterBar::CTableFilterBar(QWidget* parent)
     layout->addWidget(m_close);
     applyKitStyle(this);
     updateResources();
+    m_edit->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(m_edit, &QWidget::customContextMenuRequested, this,
+            [this](const QPoint& at) { showEditorMenu(m_edit, m_edit->mapToGlobal(at)); });
     connect(m_edit, &QLineEdit::textChanged, this, &CTableFilterBar::textChanged);
     connect(m_close, &QToolButton::clicked, this, &CTableFilterBar::closed);
 }

@@ -4,6 +4,7 @@
 #include "kit/table/TableColumns.h"
 #include "kit/table/TableCore.h"
 #include "kit/table/TableFilterBar.h"
+#include "kit/table/TableSelection.h"
 #include "kit/table/TableView.h"
 #include "kit/widgets/Menu.h"
 
@@ -92,6 +93,7 @@ bool CTableInput::enterRow()
             return true;
         }
     }
+    view->scrollTo(current);
     const QList<QWidget*> widgets = m_core.currentRowFocusWidgets();
     if (widgets.isEmpty())
         return false;
@@ -103,7 +105,7 @@ void CTableInput::toggleSelectedTicks()
 {
     if (!m_core.model().isInnerEnabled())
         return;
-    QVector<int> rows = m_core.selectedRows();
+    QVector<int> rows = m_core.selection().rows();
     if (rows.isEmpty())
         rows.append(m_core.model().rowAt(m_core.view()->currentIndex().row()));
     const CRowStore& store = m_core.store();
@@ -130,7 +132,7 @@ void CTableInput::toggleSelectedTicks()
 
 QString CTableInput::selectionAsText() const
 {
-    const QVector<int> rows = m_core.selectedRows();
+    const QVector<int> rows = m_core.selection().rows();
     const CRowStore& store = m_core.store();
     const QHeaderView* const header = m_core.view()->horizontalHeader();
     QString text;

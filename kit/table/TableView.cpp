@@ -184,9 +184,12 @@ void CTableView::inputMethodEvent(QInputMethodEvent* event)
 void CTableView::contextMenuEvent(QContextMenuEvent* event)
 {
     const bool byMouse = event->reason() == QContextMenuEvent::Mouse;
-    const QPoint inView = byMouse ? event->pos() : visualRect(currentIndex()).bottomLeft();
-    const int column = byMouse ? columnAt(inView.x()) : currentIndex().column();
-    m_client.contextMenuAsked(viewport()->mapToGlobal(inView), column);
+    // A click may come from the header, whose coordinates are its own.
+    const QPoint at = byMouse ? event->globalPos()
+                              : viewport()->mapToGlobal(visualRect(currentIndex()).bottomLeft());
+    const int column =
+        byMouse ? columnAt(viewport()->mapFromGlobal(at).x()) : currentIndex().column();
+    m_client.contextMenuAsked(at, column);
     event->accept();
 }
 

@@ -33,7 +33,7 @@ public:
     virtual void textComposed(QInputMethodEvent& event) = 0;
     virtual void contextMenuAsked(const QPoint& globalPos, int column) = 0;
     /// The current row's widgets that can take the focus, in visual order.
-    virtual QList<QWidget*> currentRowFocusWidgets() const = 0;
+    virtual QList<QWidget*> currentRowFocusWidgets() = 0;
     /// Width in pixels that the widgets of a column need.
     virtual int cellWidgetWidth(int column) const = 0;
 };
