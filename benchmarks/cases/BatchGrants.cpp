@@ -2,6 +2,7 @@
 #include "benchmarks/cases/Cases.h"
 #include "benchmarks/support/BareSqlite.h"
 #include "benchmarks/support/BenchServices.h"
+#include "benchmarks/support/FilledStore.h"
 #include "benchmarks/support/Painting.h"
 #include "benchmarks/support/StallMeter.h"
 #include "benchmarks/support/Statistics.h"
@@ -39,7 +40,7 @@ Grant grantOnce(int accounts)
     StoreDialog dialog(accounts, GW::ID_FUTURE_AUTHSETTING_PAGE_ACCOUNTS_AUTHORIZE, INT_MAX,
                        QString(), batchTab);
     dialog.tickAll(tickColumn);
-    setGrantee(dialog.page(), StoreDialog::grantee());
+    setGrantee(dialog.page(), granteeName());
     StallMeter meter;
     Grant grant;
     grant.milliseconds = dialog.grantMilliseconds(QStringLiteral("服务器授权"), accounts);
@@ -56,7 +57,6 @@ QString milliseconds(double ours, double other)
 
 void measureBatchGrants(const Scale& scale, Results* results)
 {
-    const QTemporaryDir folder;
     std::vector<double> stalls;
     const Comparison grants = alternate(
         scale.rounds,
@@ -65,7 +65,7 @@ void measureBatchGrants(const Scale& scale, Results* results)
             stalls.push_back(grant.stall);
             return grant.milliseconds;
         },
-        [&] { return bareTransactionMilliseconds(folder.path(), scale.accounts); });
+        [&] { return bareTransactionMilliseconds(scale.accounts); });
     results->add({QStringLiteral("batch_grant_10k_vs_sqlite"), grants.ratio(), QString(), 6, 2,
                   milliseconds(grants.ours, grants.other)});
     results->add({QStringLiteral("batch_grant_10k_stall_ms"), median(stalls), QStringLiteral("ms"),
@@ -86,7 +86,7 @@ void measureRefusedGrants(const Scale& scale, Results* results)
         StoreDialog dialog(scale.accounts, GW::ID_FUTURE_AUTHSETTING_PAGE_ACCOUNTS_AUTHORIZE,
                            INT_MAX, QString(), batchTab);
         dialog.tickAll(tickColumn);
-        setGrantee(dialog.page(), QStringLiteral("grantor"));
+        setGrantee(dialog.page(), grantorName());
         {
             StallMeter meter;
             dialog.grantMilliseconds(QStringLiteral("服务器授权"), scale.accounts);

@@ -5,7 +5,9 @@
 namespace bench {
 
 /// The tables of the pages against the same rows in tables of Qt's own.
-void measureReloads(const Scale& scale, Results* results);
+void measureOverview(const Scale& scale, Results* results);
+void measureBatchTab(const Scale& scale, Results* results);
+void measurePlainTable(const Scale& scale, Results* results);
 void measureGrowth(const Scale& scale, Results* results);
 /// Each side in a process of its own, started with `--memory-of`, so that neither finds memory that
 /// the other has freed.

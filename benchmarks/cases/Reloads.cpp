@@ -7,13 +7,16 @@
 #include "benchmarks/support/PlainTable.h"
 #include "benchmarks/support/StallMeter.h"
 #include "benchmarks/support/Statistics.h"
+#include "kit/dates/SoftCalendarLineEdit.h"
 #include "kit/events/EventIds.h"
 #include "kit/table/OddEvenRowTable.h"
 
 #include <QScrollBar>
 
+#include <algorithm>
 #include <climits>
 #include <memory>
+#include <utility>
 
 namespace bench {
 
@@ -51,36 +54,44 @@ TableRows rowsOf(const DialogPage& page, const Place& place)
                                     QStringLiteral("已授权"), QStringLiteral("取消授权")});
 }
 
+double reloadMilliseconds(DialogPage& page)
+{
+    settle();
+    return millisecondsUntilPainted(page.viewport(), [&] { page.reload(); });
+}
+
 Comparison reloadAgainstBare(const Scale& scale, const Place& place)
 {
     BenchServices services(scale.accounts, true);
     const auto page = openPage(place);
-    BareTable bare(rowsOf(*page, place));
+    const TableRows rows = rowsOf(*page, place);
+    BareTable bare(rows);
     bare.resize(page->table()->size());
     bare.show();
-    settle();
     return alternate(
-        scale.rounds,
+        scale.rounds, [&] { return reloadMilliseconds(*page); },
         [&] {
+            QVector<TableRows::Row> fresh = rows.madeAnew();
             settle();
-            return millisecondsUntilPainted(page->viewport(), [&] { page->reload(); });
-        },
-        [&] {
-            settle();
-            return millisecondsUntilPainted(bare.viewport(), [&] { bare.bareModel().reload(); });
+            return millisecondsUntilPainted(
+                bare.viewport(), [&] { bare.bareModel().reload(std::exchange(fresh, {})); });
         });
 }
 
-double reloadMilliseconds(int accounts, int rounds)
+Comparison reloadAgainstPlain(const Scale& scale)
 {
-    BenchServices services(accounts, true);
+    BenchServices services(scale.accounts, true);
     const auto page = openPage(overview);
-    std::vector<double> values;
-    for (int round = 0; round < rounds; ++round) {
-        settle();
-        values.push_back(millisecondsUntilPainted(page->viewport(), [&] { page->reload(); }));
-    }
-    return median(values);
+    const TableRows rows = rowsOf(*page, overview);
+    PlainTable plain(rows);
+    plain.resize(page->table()->size());
+    plain.show();
+    return alternate(
+        scale.rounds, [&] { return reloadMilliseconds(*page); },
+        [&] {
+            settle();
+            return millisecondsUntilPainted(plain.viewport(), [&] { plain.reload(); });
+        });
 }
 
 /// One page-down with its repaint, the mean of a walk through twenty pages.
@@ -100,34 +111,40 @@ double pageDownMilliseconds(QTableView* view)
 
 } // namespace
 
-void measureReloads(const Scale& scale, Results* results)
+void measureOverview(const Scale& scale, Results* results)
 {
     const Comparison overviewBare = reloadAgainstBare(scale, overview);
     results->add({QStringLiteral("overview_reload_10k_vs_bare"), overviewBare.ratio(), QString(),
                   2.5, 1.5, sides(overviewBare)});
+}
+
+void measureBatchTab(const Scale& scale, Results* results)
+{
     const Comparison batchBare = reloadAgainstBare(scale, batch);
     results->add({QStringLiteral("batch_reload_10k_vs_bare"), batchBare.ratio(), QString(), 2.5,
                   1.5, sides(batchBare)});
+}
 
-    BenchServices services(scale.accounts, true);
-    const auto page = openPage(overview);
-    const TableRows rows = rowsOf(*page, overview);
-    PlainTable plain(rows);
-    plain.resize(page->table()->size());
-    plain.show();
-    settle();
-    // Half a minute a round and more: once each is enough to tell a factor of twenty.
-    Comparison comparison;
-    comparison.ours = millisecondsUntilPainted(page->viewport(), [&] { page->reload(); });
-    comparison.other = millisecondsUntilPainted(plain.viewport(), [&] { plain.reload(); });
+void measurePlainTable(const Scale& scale, Results* results)
+{
+    const Comparison comparison = reloadAgainstPlain(scale);
     results->add({QStringLiteral("overview_reload_10k_vs_plain"), comparison.ratio(), QString(),
                   0.05, 0.01, sides(comparison)});
 }
 
 void measureGrowth(const Scale& scale, Results* results)
 {
-    const Comparison growth{reloadMilliseconds(scale.accounts * 10, scale.rounds),
-                            reloadMilliseconds(scale.accounts, scale.rounds)};
+    BenchServices services(scale.accounts, true);
+    const auto page = openPage(overview);
+    const auto reloadWith = [&](int accounts) {
+        services.setAccounts(accounts, true);
+        // Once for the rows that the measured reload replaces.
+        reloadMilliseconds(*page);
+        return reloadMilliseconds(*page);
+    };
+    const Comparison growth = alternate(
+        scale.rounds, [&] { return reloadWith(scale.accounts * 10); },
+        [&] { return reloadWith(scale.accounts); });
     results->add({QStringLiteral("overview_reload_100k_over_10k"), growth.ratio(), QString(), 11,
                   10, sides(growth)});
 }
@@ -154,8 +171,16 @@ void measurePendingRefresh(const Scale& scale, Results* results)
     for (int row = 0; row < page->table()->rowCount(); ++row)
         page->table()->setItemChecked(row, batch.tickColumn, true);
     settle();
+    const QList<KZ::CSoftCalendarLineEdit*> editors =
+        page->tabPage()->findChildren<KZ::CSoftCalendarLineEdit*>();
+    const auto end = std::find_if(editors.begin(), editors.end(),
+                                  [](const auto* editor) { return editor->id() == endEditorId; });
+    if (end == editors.end())
+        qFatal("the page has no editor of the last day");
     std::vector<double> stalls;
     for (int round = 0; round < scale.rounds; ++round) {
+        // Another day each time, or the rows would show it already.
+        (*end)->setDate((*end)->date().addDays(1));
         StallMeter meter;
         page->deliver(KZ::EVENT_DATE_CHANGED, endEditorId, 0);
         settle();

@@ -3,6 +3,7 @@
 #include "benchmarks/support/BareTable.h"
 #include "benchmarks/support/BenchServices.h"
 #include "benchmarks/support/DialogPage.h"
+#include "benchmarks/support/FilledStore.h"
 #include "benchmarks/support/Painting.h"
 #include "benchmarks/support/Statistics.h"
 #include "benchmarks/support/StoreDialog.h"
@@ -11,6 +12,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <utility>
 
 namespace bench {
 
@@ -23,8 +25,7 @@ constexpr int firstTickId = 100;
 double grantToSubUser(int accounts)
 {
     StoreDialog dialog(accounts, GW::ID_FUTURE_AUTHSETTING_PAGE_RESTRICTEDUSERS,
-                       GW::ID_FUTURE_AUTHSETTING_SUBPAGE_SINGLE_RESTRICTEDUSER,
-                       StoreDialog::grantee(), 0);
+                       GW::ID_FUTURE_AUTHSETTING_SUBPAGE_SINGLE_RESTRICTEDUSER, granteeName(), 0);
     KZ::COddEvenRowTable* table = dialog.page().table();
     for (int row = 0; row < accounts; ++row) {
         table->setItemChecked(row, tickColumn, true);
@@ -54,8 +55,9 @@ void measureSubUsers(const Scale& scale, Results* results)
     const int subUsers = std::max(10, scale.accounts / 10);
     BenchServices services(scale.accounts, true, subUsers);
     DialogPage page(GW::ID_FUTURE_AUTHSETTING_PAGE_RESTRICTEDUSERS, INT_MAX, QString(), 0);
-    BareTable bare(
-        readTable(page.table(), {-1, 2, 3, QStringLiteral("已启用"), QStringLiteral("禁用")}));
+    const TableRows rows =
+        readTable(page.table(), {-1, 2, 3, QStringLiteral("已启用"), QStringLiteral("禁用")});
+    BareTable bare(rows);
     bare.resize(page.table()->size());
     bare.show();
     settle();
@@ -66,8 +68,10 @@ void measureSubUsers(const Scale& scale, Results* results)
             return millisecondsUntilPainted(page.viewport(), [&] { page.reload(); });
         },
         [&] {
+            QVector<TableRows::Row> fresh = rows.madeAnew();
             settle();
-            return millisecondsUntilPainted(bare.viewport(), [&] { bare.bareModel().reload(); });
+            return millisecondsUntilPainted(
+                bare.viewport(), [&] { bare.bareModel().reload(std::exchange(fresh, {})); });
         });
     results->add({QStringLiteral("sub_users_1k_reload_vs_bare"), reload.ratio(), QString(), 2.5,
                   1.5, sides(reload)});

@@ -1,12 +1,10 @@
 #pragma once
 
-#include <QString>
-
 namespace bench {
 
 /// Milliseconds of one transaction that writes `rows` grants, each with its entry in the audit
-/// trail, into tables and indexes like the store's own, through SQLite's C interface with the
-/// store's journal and sync settings. Makes a database of its own in `folder`.
-double bareTransactionMilliseconds(const QString& folder, int rows);
+/// trail, through SQLite's C interface: into a filled store of its own, so the same tables, and
+/// with the store's settings of journal, sync and foreign keys.
+double bareTransactionMilliseconds(int rows);
 
 } // namespace bench

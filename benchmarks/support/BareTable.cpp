@@ -36,9 +36,10 @@ QVariant BareModel::headerData(int section, Qt::Orientation orientation, int rol
     return {};
 }
 
-void BareModel::reload()
+void BareModel::reload(QVector<TableRows::Row> rows)
 {
     beginResetModel();
+    m_rows.rows = std::move(rows);
     endResetModel();
 }
 
@@ -73,6 +74,10 @@ BareTable::BareTable(TableRows rows, QWidget* parent)
 {
     setModel(&m_model);
     setItemDelegate(&m_delegate);
+    setFont(m_model.rows().font);
+    setShowGrid(false);
+    setWordWrap(false);
+    setVerticalScrollMode(ScrollPerPixel);
     setAlternatingRowColors(true);
     setSelectionBehavior(SelectRows);
     verticalHeader()->hide();

@@ -20,8 +20,8 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
     const TableRows& rows() const { return m_rows; }
-    /// Tells the view that everything is new.
-    void reload();
+    /// Takes finished rows in the place of those there are, which go.
+    void reload(QVector<TableRows::Row> rows);
 
 private:
     TableRows m_rows;

@@ -43,6 +43,8 @@ double millisecondsUntilPainted(QWidget* painted, const std::function<void()>& a
         if (milliseconds(timer) > patience)
             qFatal("nothing was painted");
     }
+    // Without a loop around it nothing else removes what was left for later deletion.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     return milliseconds(timer);
 }
 
@@ -53,6 +55,7 @@ void settle()
     quiet.start();
     while (quiet.elapsed() < quietMilliseconds)
         QCoreApplication::processEvents(QEventLoop::AllEvents, quietMilliseconds);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 } // namespace bench

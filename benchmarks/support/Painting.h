@@ -10,7 +10,7 @@ namespace bench {
 /// is left to do. Returns the milliseconds from the call to that moment.
 double millisecondsUntilPainted(QWidget* painted, const std::function<void()>& action);
 
-/// Turns the event loop until it has nothing left to do.
+/// Turns the event loop for long enough that nothing is left to do.
 void settle();
 
 } // namespace bench

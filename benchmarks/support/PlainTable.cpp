@@ -11,6 +11,10 @@ PlainTable::PlainTable(const TableRows& rows, QWidget* parent)
 {
     setColumnCount(static_cast<int>(rows.headers.size()));
     setHorizontalHeaderLabels(rows.headers);
+    setFont(rows.font);
+    setShowGrid(false);
+    setWordWrap(false);
+    setVerticalScrollMode(ScrollPerPixel);
     setAlternatingRowColors(true);
     setSelectionBehavior(SelectRows);
     verticalHeader()->hide();

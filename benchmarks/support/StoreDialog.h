@@ -3,6 +3,8 @@
 #include "backend/client/Session.h"
 #include "benchmarks/support/DialogPage.h"
 
+#include <QElapsedTimer>
+#include <QObject>
 #include <QTemporaryDir>
 
 #include <memory>
@@ -20,20 +22,23 @@ public:
     StoreDialog(const StoreDialog&) = delete;
     StoreDialog& operator=(const StoreDialog&) = delete;
 
-    /// Another user, to whom the accounts are granted.
-    static QString grantee();
     DialogPage& page() { return *m_page; }
     backend::Session& session() { return *m_session; }
-    QString folder() const { return m_folder.path(); }
 
     /// Ticks every row of the page's table, as Ctrl+A and Space do.
     void tickAll(int tickColumn);
     /// Triggers the page's menu entry with this text and turns the event loop until every request
-    /// is answered and the page has reloaded. Returns milliseconds.
+    /// is answered and the page has reloaded. Returns the milliseconds until the last answer.
     double grantMilliseconds(const QString& menuText, int requests);
 
 private:
+    void countAnswer();
+
     QTemporaryDir m_folder;
+    QObject m_counter;
+    QElapsedTimer m_timer;
+    int m_outstanding = 0;
+    double m_milliseconds = 0;
     std::unique_ptr<backend::Session> m_session;
     std::unique_ptr<DialogPage> m_page;
 };

@@ -2,10 +2,26 @@
 
 #include "kit/table/OddEvenRowTable.h"
 
+#include <QHash>
 #include <QHeaderView>
 #include <QTableView>
 
 namespace bench {
+
+QVector<TableRows::Row> TableRows::madeAnew() const
+{
+    QHash<QString, QString> copies;
+    QVector<Row> made = rows;
+    for (Row& row : made) {
+        for (QString& text : row.texts) {
+            QString& copy = copies[text];
+            if (copy.isNull() && !text.isEmpty())
+                copy = QString(text.constData(), text.size());
+            text = copy;
+        }
+    }
+    return made;
+}
 
 TableRows readTable(KZ::COddEvenRowTable* table, const TableShape& shape)
 {
@@ -15,6 +31,7 @@ TableRows readTable(KZ::COddEvenRowTable* table, const TableShape& shape)
     result.stateColumn = shape.stateColumn;
     result.buttonColumn = shape.buttonColumn;
     result.buttonText = shape.buttonText;
+    result.font = table->view()->font();
     result.rowHeight = table->view()->verticalHeader()->defaultSectionSize();
     for (int column = 0; column < table->columnCount(); ++column) {
         result.headers.append(table->headerText(column));

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QColor>
+#include <QFont>
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -23,8 +23,13 @@ struct TableRows
         bool hasButton = false;
     };
 
+    /// The rows as a program would have made them anew: of each text one copy, which all rows that
+    /// show it share, and which nothing else shares.
+    QVector<Row> madeAnew() const;
+
     QStringList headers;
     QVector<Row> rows;
+    QFont font;
     QVector<int> columnWidths;
     int rowHeight = 0;
     int tickColumn = -1;
