@@ -112,6 +112,7 @@ void CSingleAccountForm::addRows()
 void CSingleAccountForm::addTable()
 {
     m_conditions = new KZ::COddEvenRowTable(conditionsTableId, this, 255);
+    m_conditions->view()->setAccessibleName(QStringLiteral("限制条件"));
     m_conditions->setFlag(0x11);
     m_conditions->setColumnCount(3);
     m_conditions->setHeaderText(enabledColumn, QStringLiteral("启用"));

@@ -15,6 +15,7 @@
 
 #include <QFileDialog>
 #include <QPointer>
+#include <QTableView>
 
 #include <boost/bind/bind.hpp>
 
@@ -59,6 +60,7 @@ void CAuthSettingImportAuthorizationTabPage::buildLayout()
     list->setMargin(margin, margin, margin, margin);
     list->setSpacing(0);
     m_table = new KZ::COddEvenRowTable(tableId, list, 255);
+    m_table->view()->setAccessibleName(QStringLiteral("导入授权"));
     m_table->setFlag(0x11);
     m_table->setColumnCount(static_cast<int>(headers.size()));
     for (int column = 0; column < m_table->columnCount(); ++column)

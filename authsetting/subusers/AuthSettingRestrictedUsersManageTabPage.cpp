@@ -12,6 +12,8 @@
 #include "kit/widgets/SmallNormalButton.h"
 #include "kit/widgets/WidgetList.h"
 
+#include <QTableView>
+
 #include <array>
 
 namespace GW {
@@ -62,6 +64,7 @@ void CAuthSettingRestrictedUsersManageTabPage::buildLayout()
     m_list->setMargin(margin, margin, margin, margin);
     m_list->setSpacing(0);
     m_table = new KZ::COddEvenRowTable(tableId, m_list);
+    m_table->view()->setAccessibleName(QStringLiteral("子用户管理"));
     m_table->resize(m_table->width() + 1, KZ::CUiResource::getSize(QStringLiteral(
                                               "gw_siz_setting_accounts_table_height")));
     m_table->setColumnCount(static_cast<int>(headers.size()));

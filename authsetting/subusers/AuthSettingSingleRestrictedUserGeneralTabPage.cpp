@@ -82,10 +82,11 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::buildLayout()
 
     m_stateButton = new KZ::CPushButton(stateButtonId, this);
     m_stateButton->setFocusPolicy(Qt::NoFocus);
-    // Its tool tip is a fixed word, so assistive tools learn of the key from the description.
+    // Its tool tip is a fixed word, so the key is told elsewhere.
     m_stateButton->setShortcut(QKeySequence(Qt::Key_F8));
-    m_stateButton->setAccessibleDescription(
-        m_stateButton->shortcut().toString(QKeySequence::NativeText));
+    const QString keys = m_stateButton->shortcut().toString(QKeySequence::NativeText);
+    m_stateButton->setAccessibleDescription(keys);
+    m_form->setStateHint(QStringLiteral("启用或禁用 (%1)").arg(keys));
     m_stateButton->raise();
 
     m_menu = new KZ::CMenu(this);

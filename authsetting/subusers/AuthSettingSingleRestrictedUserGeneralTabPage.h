@@ -87,6 +87,8 @@ private:
     KZ::CMediumNormalButton* m_grantButton = nullptr;
     CRestrictedUserTable* m_table = nullptr;
     KZ::CMenu* m_menu = nullptr;
+    /// To whom the current grant goes: the page may show another user before its results are in.
+    QString m_grantee;
     QString m_exportPath;
     QString m_exportPassword;
     /// A grant is under way: reloads are skipped.

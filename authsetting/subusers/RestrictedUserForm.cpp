@@ -82,6 +82,11 @@ void CRestrictedUserForm::showUser(const QString& name, bool enabled)
     m_end->setEnabled(enabled);
 }
 
+void CRestrictedUserForm::setStateHint(const QString& hint)
+{
+    m_state->setToolTip(hint);
+}
+
 void CRestrictedUserForm::clearPasswords()
 {
     m_password->clear();

@@ -27,6 +27,8 @@ public:
     /// days only while he is enabled.
     void showUser(const QString& name, bool enabled);
     void clearPasswords();
+    /// Tool tip of the state.
+    void setStateHint(const QString& hint);
 
     /// A week from today, and the days that the editors show.
     static CAuthLimit proposedDays();

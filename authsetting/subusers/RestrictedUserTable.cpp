@@ -9,6 +9,8 @@
 #include "kit/resources/UiResource.h"
 #include "kit/widgets/SmallNormalButton.h"
 
+#include <QTableView>
+
 #include <array>
 
 namespace GW {
@@ -37,6 +39,7 @@ CRestrictedUserTable::CRestrictedUserTable(QWidget* parent) : COddEvenRowTable(t
         QStringLiteral("选择"),     QStringLiteral("交易平台"), QStringLiteral("经纪公司"),
         QStringLiteral("账号"),     QStringLiteral("授权状态"), QStringLiteral("被授权用户"),
         QStringLiteral("起始时间"), QStringLiteral("终止时间"), QStringLiteral("操作")};
+    view()->setAccessibleName(QStringLiteral("子用户设置"));
     setColumnCount(ColumnCount);
     for (int column = 0; column < ColumnCount; ++column)
         setHeaderText(column, headers[static_cast<std::size_t>(column)]);

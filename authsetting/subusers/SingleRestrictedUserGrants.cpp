@@ -96,6 +96,7 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::grantPending(const QString&
         exportPending();
         return;
     }
+    m_grantee = key();
     connect(client, &CAuthClient::sigAddAuthResult, this, &Self::slotAddAuthResult);
     beginRequest();
     CMsgService* messages = getMsgService();
@@ -103,9 +104,9 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::grantPending(const QString&
     const QMap<QString, CPendingGrant> grants = m_pending.grants();
     for (auto grant = grants.constBegin(); grant != grants.constEnd(); ++grant) {
         CAuthLimit limit = grant->limit;
-        client->addAuth(key(), grant->account, limit, requestTag(this), toServer);
+        client->addAuth(m_grantee, grant->account, limit, requestTag(this), toServer);
         if (messages) {
-            messages->showAccountMsg(QStringLiteral("账户") + key() +
+            messages->showAccountMsg(QStringLiteral("账户") + m_grantee +
                                          QStringLiteral("授权, 撤销所有执行任务"),
                                      grant.key(), MSG_TYPE_AUTH, mbservice::MSG_LEVEL_INFO);
         }
@@ -167,7 +168,7 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::exportPending()
             auto detail = boost::make_shared<CAuthDetail>();
             detail->grantRef = grant->result;
             detail->grantor = user->userName;
-            detail->grantee = key();
+            detail->grantee = m_grantee;
             detail->account = account ? *account : grant->account;
             detail->limit = grant->limit;
             grants.append(detail);

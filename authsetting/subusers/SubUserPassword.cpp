@@ -12,7 +12,7 @@ QString subUserPasswordDigest(const QString& password)
     if (typed.isEmpty() || typed.size() == digestLength)
         return typed;
     QByteArray bytes = typed.toLocal8Bit();
-    const QString digest = QString::fromLatin1(utils::hexlify(utils::sha1_checksum(bytes)));
+    QString digest = QString::fromLatin1(utils::hexlify(utils::sha1_checksum(bytes)));
     wipeSecret(bytes);
     wipeSecret(typed);
     return digest;

@@ -311,6 +311,18 @@ private Q_SLOTS:
         }
     }
 
+    void aFileNamesTheUserItWasAskedForWhomeverThePageShowsByThen()
+    {
+        SubUserFixture test;
+        tickBoth(test);
+        test.sendFileGrant();
+        test.wait();
+        test.page->setKey(QStringLiteral("somebody else"));
+        test.answer(0);
+        QCOMPARE(test.services.client.exports.last().grants.first()->grantee,
+                 QStringLiteral("ops"));
+    }
+
     void aFileThatCannotBeWrittenIsToldAndTheGrantIsOver()
     {
         SubUserFixture test;
