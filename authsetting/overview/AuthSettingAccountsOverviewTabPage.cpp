@@ -150,11 +150,10 @@ bool CAuthSettingAccountsOverviewTabPage::handleEvent(int eventId, int param1, i
 void CAuthSettingAccountsOverviewTabPage::cancelGrant(int row)
 {
     m_pendingRow = row;
-    const auto found = m_rowAccounts.constFind(row);
     CAuthClient* client = getAuthClient();
-    if (!m_table || found == m_rowAccounts.constEnd() || !client)
+    if (!m_table || !m_rowAccounts.contains(row) || !client)
         return;
-    const mbservice::CAccountInfo account = *found;
+    const mbservice::CAccountInfo account = m_rowAccounts.value(row);
     const QString grantee = m_table->itemText(row, GranteeColumn);
     beginRequest();
     client->delAuth(grantee, account, requestTag(this));
