@@ -50,14 +50,14 @@ struct BatchUnderTest
     boost::shared_ptr<GW::CAccount>
     add(const char* id, int type = 1, mbservice::EAuthType state = mbservice::AUTH_TYPE_NOT_GRANTED)
     {
-        const auto account = services.user.addAccount(type, 1, "b", id, state);
+        auto account = services.user.addAccount(type, 1, "b", id, state);
         account->accountPrivate = std::string("secret of ") + id;
         return account;
     }
 
     boost::shared_ptr<GW::CAccount> addGranted(const char* id, const QString& user)
     {
-        const auto account = add(id);
+        auto account = add(id);
         services.grant(account, user, QDate(2026, 3, 4), QDate(2026, 3, 9));
         return account;
     }
