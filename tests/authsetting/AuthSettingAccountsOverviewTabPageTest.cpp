@@ -38,7 +38,7 @@ struct OverviewUnderTest
 
     boost::shared_ptr<GW::CAccount> addGranted(const char* id, const QString& grantee)
     {
-        const auto account = add(id);
+        auto account = add(id);
         services.grant(account, grantee, QDate(2026, 3, 4), QDate(2026, 3, 9));
         return account;
     }
