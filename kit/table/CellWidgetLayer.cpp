@@ -62,6 +62,9 @@ QWidget* CCellWidgetLayer::widget(int row, int column)
     SCell* const cell = ensure(row, column);
     if (!cell || !cell->widget)
         return nullptr;
+    // One that is not in its place would show up in a corner as soon as the viewport is shown.
+    if (cell->pass != m_pass || m_pass == 0)
+        park(cell->widget);
     if (!cell->isPinned) {
         cell->isPinned = true;
         std::erase(m_idle, CRowStore::cellKey(row, column));

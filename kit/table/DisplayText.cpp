@@ -81,7 +81,7 @@ QString clipboardText(const QString& text)
 
 QString toolTipText(const QString& text)
 {
-    const QString shown = safeText(text, TOOL_TIP_LENGTH);
+    QString shown = safeText(text, TOOL_TIP_LENGTH);
     if (!Qt::mightBeRichText(shown))
         return shown;
     return QString(QStringLiteral("<span>") + shown.toHtmlEscaped() + QStringLiteral("</span>"));

@@ -21,7 +21,7 @@ class CTableView;
 /// what the program did. Everything the program does between two turns of the event loop reaches
 /// the view in one step (flush()), which a posted event brings about, or a paint, or somebody who
 /// needs the view.
-class CTableCore : public QObject, public ITableViewClient
+class CTableCore final : public QObject, public ITableViewClient
 {
     Q_OBJECT
 

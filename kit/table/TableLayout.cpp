@@ -12,7 +12,7 @@ namespace KZ {
 namespace {
 
 constexpr int VERSION = 1;
-constexpr qsizetype LONGEST_TEXT = 64 * 1024;
+constexpr qsizetype LONGEST_TEXT = 65536;
 constexpr qsizetype MOST_COLUMNS = 1000;
 
 QJsonArray toJson(const QVector<int>& numbers)
@@ -38,7 +38,7 @@ std::optional<QVector<int>> wholeNumbers(const QJsonValue& value, int least, int
         return std::nullopt;
     QVector<int> numbers;
     const QJsonArray array = value.toArray();
-    for (const QJsonValue item : array) {
+    for (const QJsonValue& item : array) {
         const std::optional<int> number = wholeNumber(item, least, most);
         if (!number)
             return std::nullopt;

@@ -41,7 +41,7 @@ QVector<int> CTableSelection::rows() const
     }
     std::sort(rows.begin(), rows.end());
     rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
-    std::transform(rows.cbegin(), rows.cend(), rows.begin(),
+    std::transform(rows.begin(), rows.end(), rows.begin(),
                    [this](int viewRow) { return m_model.rowAt(viewRow); });
     return rows;
 }

@@ -130,7 +130,7 @@ void TableLayoutTest::foreignTextsAreIgnored_data()
     QTest::newRow("array") << QStringLiteral("[1,2,3]");
     QTest::newRow("number") << QStringLiteral("12");
     QTest::newRow("cut off") << good().chopped(1);
-    QTest::newRow("huge") << QString(10 * 1024 * 1024, u'[');
+    QTest::newRow("huge") << QString(qsizetype(10) * 1024 * 1024, u'[');
     changed("no version", "\"version\":1,", "");
     changed("newer version", "\"version\":1", "\"version\":2");
     changed("version in words", "\"version\":1", "\"version\":\"1\"");

@@ -43,6 +43,7 @@ private Q_SLOTS:
     void hostileTextsAreShownHarmlessly();
     void aHugeTextIsDrawnAndKept();
     void toolTipsAreNeverMarkup();
+    void theViewGoesByTheNameOfTheTable();
     void theContextMenuFollowsTheFlags_data();
     void theContextMenuFollowsTheFlags();
     void theTableMayDieInItsOwnEvent();
@@ -424,7 +425,7 @@ void TableTest::aHugeTextIsDrawnAndKept()
 {
     TableFixture f;
     f.showAndWait();
-    const QString huge(1024 * 1024, u'重');
+    const QString huge(qsizetype(1024) * 1024, u'重');
     f.addRow({huge, huge});
     f.table->setItemToolTip(0, 1, huge);
     QVERIFY(!f.table->grab().isNull());
@@ -445,6 +446,17 @@ void TableTest::toolTipsAreNeverMarkup()
     QVERIFY(tip.contains(QStringLiteral("&lt;b&gt;安全")));
     f.table->setItemToolTip(0, 0, QString());
     QVERIFY(!f.cell(0, 0).data(Qt::ToolTipRole).isValid());
+}
+
+void TableTest::theViewGoesByTheNameOfTheTable()
+{
+    TableFixture f;
+    f.table->setAccessibleName(QStringLiteral("账户列表"));
+    f.showAndWait();
+    QCOMPARE(f.table->view()->accessibleName(), QStringLiteral("账户列表"));
+    TableFixture nameless;
+    nameless.showAndWait();
+    QVERIFY(!nameless.table->view()->accessibleName().isEmpty());
 }
 
 void TableTest::theContextMenuFollowsTheFlags_data()
@@ -491,8 +503,7 @@ void TableTest::theContextMenuFollowsTheFlags()
         }
     }
     QTEST(entries, "entries");
-    if (menu)
-        delete menu;
+    delete menu;
 }
 
 void TableTest::theTableMayDieInItsOwnEvent()

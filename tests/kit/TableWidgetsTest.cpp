@@ -1,3 +1,4 @@
+#include "kit/resources/UiResource.h"
 #include "kit/widgets/CheckBox.h"
 #include "kit/widgets/SmallNormalButton.h"
 #include "tests/kit/TableFixture.h"
@@ -16,6 +17,8 @@ class TableWidgetsTest : public TestCase
 private Q_SLOTS:
     void widgetsAreMadeOnlyForRowsInSight();
     void aWidgetThatWasAskedForStays();
+    void widgetsMadeOutOfSightStayThere();
+    void columnsMakeRoomForWidgets();
     void widgetsOutOfSightAreBounded();
     void widgetsFollowSortingScrollingAndColumns();
     void widgetsOfFilteredRowsAreHidden();
@@ -111,6 +114,47 @@ void TableWidgetsTest::aWidgetThatWasAskedForStays()
     f.table->clear();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QVERIFY(!far);
+}
+
+void TableWidgetsTest::widgetsMadeOutOfSightStayThere()
+{
+    TableFixture f;
+    fill(f, 500);
+    const QVector<QWidget*> far{f.table->itemWidget(400, 2), f.table->itemWidget(401, 1)};
+    QWidget* const near = f.table->itemWidget(3, 2);
+    f.showAndWait();
+    QCoreApplication::processEvents();
+    QVERIFY(near->isVisible());
+    QVERIFY(!far[0]->isVisible() && !far[1]->isVisible());
+    f.hide();
+    QWidget* const later = f.table->itemWidget(402, 2);
+    f.show();
+    QCoreApplication::processEvents();
+    QVERIFY(near->isVisible());
+    QVERIFY(!far[0]->isVisible() && !far[1]->isVisible() && !later->isVisible());
+    f.table->view()->scrollToBottom();
+    f.table->view()->verticalScrollBar()->setValue(400 * f.cellRect(0, 0).height());
+    QCoreApplication::processEvents();
+    QCOMPARE(seen(f, 400), far[0]);
+    QCOMPARE(seen(f, 402), later);
+    QVERIFY(far[1]->isVisible());
+}
+
+void TableWidgetsTest::columnsMakeRoomForWidgets()
+{
+    TableFixture f;
+    f.showAndWait();
+    const int row = f.table->appendRow();
+    auto* const wide = new QWidget(f.table);
+    wide->setFixedSize(211, 20);
+    f.table->setItemWidget(row, 1, wide, 132);
+    QCoreApplication::processEvents();
+    QVERIFY(f.table->columnWidth(1) >= 211);
+    const auto back = qScopeGuard([] { CUiResource::setTheme(CUiResource::Theme::Light); });
+    CUiResource::setTheme(CUiResource::Theme::Dark);
+    QCoreApplication::processEvents();
+    QVERIFY(f.table->columnWidth(1) >= 211);
+    QCOMPARE(wide->size(), QSize(211, 20));
 }
 
 void TableWidgetsTest::widgetsOutOfSightAreBounded()
