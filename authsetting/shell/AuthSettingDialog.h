@@ -27,7 +27,8 @@ class CAuthSettingPage;
 ///
 /// Construct one with the services installed (GW::installServices) and keep it as long as the user
 /// is signed in; the last one constructed is the one that showSettingPage() shows. It is never
-/// deleted by closing, and showSettingPage() must not be called after deleting it. GUI thread only.
+/// deleted by closing, and showSettingPage() must not be called after deleting it. Do not delete it
+/// while it is open: Qt's file dialogs do not survive their parent. GUI thread only.
 class AUTHSETTING_EXPORT CAuthSettingDialog : public KZ::CCommonDialog
 {
     Q_OBJECT
