@@ -1,6 +1,7 @@
 #include "kit/table/CellWidgetLayer.h"
 
 #include "kit/resources/UiResource.h"
+#include "kit/table/ColumnWidgets.h"
 #include "kit/table/OddEvenRowTable.h"
 #include "kit/table/RowStore.h"
 #include "kit/table/TableModel.h"
@@ -38,7 +39,8 @@ bool isHiddenByOwner(const QWidget* widget)
 CCellWidgetLayer::CCellWidgetLayer(QTableView* view, CRowStore& store, const CTableModel& model,
                                    QWidget* table)
     : QObject(view), m_view(view), m_store(store), m_model(model), m_parking(new QWidget(table)),
-      m_boxes(new CTickBoxes(store, model, view->viewport()))
+      m_boxes(new CTickBoxes(store, model, view->viewport())),
+      m_columnWidgets(std::make_unique<CColumnWidgets>())
 {
     m_parking->hide();
 }
@@ -100,13 +102,16 @@ void CCellWidgetLayer::drop(int row, int column)
     std::erase(m_idle, key);
 }
 
+void CCellWidgetLayer::setEnabled(bool enabled)
+{
+    m_parking->setEnabled(enabled);
+}
+
 void CCellWidgetLayer::clear()
 {
     ++m_generation;
     for (auto& [key, cell] : m_cells) {
-        if (cell.isTick && !cell.isPinned)
-            giveBack(cell);
-        else
+        if (!giveBack(cell))
             discard(cell.widget);
     }
     m_cells.clear();
@@ -144,14 +149,19 @@ CCellWidgetLayer::SCell* CCellWidgetLayer::ensure(int row, int column)
         return cell;
     if (m_store.tick(row, column))
         return makeTick(row, column);
-    return m_store.cellWidget(row, column) ? makeWidget(row, column) : nullptr;
+    return m_store.isWidgetCell(row, column) ? makeWidget(row, column) : nullptr;
 }
 
 CCellWidgetLayer::SCell* CCellWidgetLayer::makeWidget(int row, int column)
 {
-    const CRowStore::SCellWidget source = *m_store.cellWidget(row, column);
+    const bool isShared = m_store.hasColumnWidget(row, column);
+    const auto factory = isShared ? nullptr : m_store.cellWidget(row, column)->factory;
     const quint32 generation = m_generation;
-    const QPointer<QWidget> made = source.factory ? source.factory(m_view->viewport()) : nullptr;
+    QPointer<QWidget> made;
+    if (isShared)
+        made = m_columnWidgets->take(row, column, m_view->viewport());
+    else if (factory)
+        made = factory(m_view->viewport());
     // The factory is the owner's code: it may have emptied the table or filled this very cell.
     SCell* const present = find(row, column);
     if (generation != m_generation || present) {
@@ -162,6 +172,7 @@ CCellWidgetLayer::SCell* CCellWidgetLayer::makeWidget(int row, int column)
     cell.row = row;
     cell.column = column;
     cell.widget = made;
+    cell.isShared = isShared;
     prepare(cell);
     return &cell;
 }
@@ -179,10 +190,16 @@ CCellWidgetLayer::SCell* CCellWidgetLayer::makeTick(int row, int column)
     return &cell;
 }
 
-void CCellWidgetLayer::giveBack(SCell& cell)
+bool CCellWidgetLayer::giveBack(const SCell& cell)
 {
-    if (auto* const box = qobject_cast<CCheckBox*>(cell.widget.data()))
+    if (cell.isPinned || !cell.widget)
+        return false;
+    if (cell.isShared)
+        return !isHiddenByOwner(cell.widget) && m_columnWidgets->giveBack(cell.column, cell.widget);
+    auto* const box = cell.isTick ? qobject_cast<CCheckBox*>(cell.widget.data()) : nullptr;
+    if (box)
         m_boxes->giveBack(box);
+    return box != nullptr;
 }
 
 /// First contact with a cell's widget.
@@ -193,7 +210,8 @@ void CCellWidgetLayer::prepare(SCell& cell)
     if (cell.isTick) {
         cell.alignment = m_store.tick(cell.row, cell.column)->alignment;
     } else {
-        cell.alignment = m_store.cellWidget(cell.row, cell.column)->alignment;
+        cell.alignment = cell.isShared ? m_columnWidgets->alignment(cell.column)
+                                       : m_store.cellWidget(cell.row, cell.column)->alignment;
         takeFromTabChain(cell.widget);
         const QList<QWidget*> inner = cell.widget->findChildren<QWidget*>();
         std::for_each(inner.cbegin(), inner.cend(), takeFromTabChain);
@@ -271,7 +289,7 @@ std::vector<quint64> CCellWidgetLayer::cellsInSight() const
             continue;
         for (int viewRow = first; viewRow <= last; ++viewRow) {
             const int row = m_model.rowAt(viewRow);
-            if (m_store.tick(row, column) || m_store.cellWidget(row, column))
+            if (m_store.isWidgetCell(row, column))
                 keys.push_back(CRowStore::cellKey(row, column));
         }
     }
@@ -307,11 +325,18 @@ void CCellWidgetLayer::sync()
         cell->pass = m_pass;
         place(*cell);
     }
+    parkSpare();
+    evictIdle();
+}
+
+void CCellWidgetLayer::parkSpare()
+{
     for (const QPointer<CCheckBox>& box : m_boxes->spare()) {
         if (box)
             park(box);
     }
-    evictIdle();
+    for (QWidget* const widget : m_columnWidgets->spare())
+        park(widget);
 }
 
 void CCellWidgetLayer::place(SCell& cell)
@@ -337,8 +362,7 @@ void CCellWidgetLayer::putAway(quint64 key)
     SCell& cell = m_cells.at(key);
     if (!cell.widget)
         return;
-    if (cell.isTick && !cell.isPinned) {
-        giveBack(cell);
+    if (giveBack(cell)) {
         m_cells.erase(key);
         return;
     }

@@ -4,6 +4,7 @@
 #include <QPointer>
 #include <QSize>
 
+#include <memory>
 #include <unordered_map>
 #include <vector>
 
@@ -12,6 +13,7 @@ class QWidget;
 
 namespace KZ {
 
+class CColumnWidgets;
 class CRowStore;
 class CTableModel;
 class CTickBoxes;
@@ -32,6 +34,7 @@ public:
     ~CCellWidgetLayer() override;
 
     CTickBoxes& boxes() { return *m_boxes; }
+    CColumnWidgets& columnWidgets() { return *m_columnWidgets; }
 
     /// Makes and places the widgets of all cells in sight and puts the others away.
     void sync();
@@ -43,6 +46,8 @@ public:
     /// Deletes the cell's widget.
     void drop(int row, int column);
     void clear();
+    /// Disables the widgets out of sight as the viewport disables those in it.
+    void setEnabled(bool enabled);
 
     /// Brings the cell's check box, if there is one, to the state of the store.
     void showTick(int row, int column);
@@ -67,6 +72,8 @@ private:
         QSize ownSize;
         QSize size;
         bool isTick = false;
+        /// One of the column's widgets.
+        bool isShared = false;
         bool isPinned = false;
         quint32 pass = 0;
     };
@@ -82,7 +89,9 @@ private:
     void park(QWidget* widget);
     void discard(QWidget* widget);
     void evictIdle();
-    void giveBack(SCell& cell);
+    /// Keeps the cell's widget for other cells, when it is one that can serve them.
+    bool giveBack(const SCell& cell);
+    void parkSpare();
     std::vector<quint64> cellsInSight() const;
 
     QTableView* const m_view;
@@ -90,6 +99,7 @@ private:
     const CTableModel& m_model;
     QWidget* const m_parking;
     CTickBoxes* const m_boxes;
+    const std::unique_ptr<CColumnWidgets> m_columnWidgets;
     std::unordered_map<quint64, SCell> m_cells;
     std::vector<quint64> m_inSight;
     std::vector<quint64> m_idle;

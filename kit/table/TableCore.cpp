@@ -124,6 +124,7 @@ void CTableCore::setInnerEnabled(bool enabled)
         return;
     m_model->setInnerEnabled(enabled);
     m_view->viewport()->setEnabled(enabled);
+    m_layer->setEnabled(enabled);
     m_view->viewport()->update();
 }
 
@@ -155,7 +156,6 @@ void CTableCore::setTick(int row, int column, const CRowStore::STick& tick)
     if (!m_store.contains(row, column))
         return;
     const bool hadTick = m_store.tick(row, column) != nullptr;
-    m_store.setCellWidget(row, column, {});
     m_store.setTick(row, column, tick);
     if (hadTick && tick.present)
         m_layer->showTick(row, column);
@@ -177,8 +177,10 @@ void CTableCore::setWidget(int row, int column, QWidget* widget, int alignment)
     if (const auto* const box = qobject_cast<CCheckBox*>(widget))
         tick = {box->id(), alignment, true, box->isChecked(),
                 !box->testAttribute(Qt::WA_ForceDisabled)};
-    m_store.setTick(row, column, tick);
-    m_store.setCellWidget(row, column, {{}, alignment, widget && !tick.present});
+    if (tick.present)
+        m_store.setTick(row, column, tick);
+    else
+        m_store.setCellWidget(row, column, {{}, alignment, widget != nullptr});
     if (widget)
         m_layer->adopt(row, column, widget);
     else
@@ -194,8 +196,15 @@ void CTableCore::setFactory(int row, int column, COddEvenRowTable::CellWidgetFac
     if (!m_store.contains(row, column))
         return;
     const bool present = factory != nullptr;
-    m_store.setTick(row, column, {});
     m_store.setCellWidget(row, column, {std::move(factory), alignment, present});
+    m_layer->drop(row, column);
+    cellChanged(row, column);
+    cellsMoved();
+}
+
+void CTableCore::setColumnWidget(int row, int column)
+{
+    m_store.setColumnWidget(row, column);
     m_layer->drop(row, column);
     cellChanged(row, column);
     cellsMoved();
@@ -332,11 +341,12 @@ void CTableCore::flush(bool painting)
         refilter();
     if (!m_widgetsStale || !(painting || m_view->isVisible()))
         return;
+    m_widgetsStale = false;
     m_view->layoutNow();
     m_layer->sync();
     updateWidgetWidths();
-    m_layer->sync();
-    m_widgetsStale = false;
+    if (std::exchange(m_widgetsStale, false))
+        m_layer->sync();
 }
 
 void CTableCore::updateWidgetWidths()
