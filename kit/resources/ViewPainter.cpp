@@ -203,7 +203,8 @@ bool CViewPainter::drawPrimitive(QStyle::PrimitiveElement element, const QStyleO
         return true;
     case QStyle::PE_IndicatorHeaderArrow: {
         const auto* const header = qstyleoption_cast<const QStyleOptionHeader*>(&option);
-        const bool up = header && header->sortIndicator == QStyleOptionHeader::SortUp;
+        // The header view asks for "down" when it sorts ascending; people read an upward mark so.
+        const bool up = header && header->sortIndicator == QStyleOptionHeader::SortDown;
         CStylePainter::icon(painter, option.rect,
                             up ? QStringLiteral("gw_img_kit_chevron_up")
                                : QStringLiteral("gw_img_kit_chevron_down"),
