@@ -69,7 +69,7 @@ QSqlQuery& Database::prepared(const char* name)
     if (!query) {
         auto fresh = std::make_unique<QSqlQuery>(QSqlDatabase::database(m_connection, false));
         fresh->setForwardOnly(true);
-        if (!fresh->prepare(sqlText(name))) {
+        if (!fresh->prepare(withNamedPlaceholders(sqlText(name)))) {
             const QSqlError error = fresh->lastError();
             throw StoreError({m_engine->classify(error), error.text()});
         }

@@ -38,7 +38,10 @@ private:
     void refresh(StoreBatch& batch, Access access);
     bool dayMatters(const QDate& today) const;
     QHash<quint64, QString> hashPasswords(const QVector<StoreRequest>& requests) const;
-    StoreReply apply(StoreBatch& batch, const StoreRequest& request, const QString& hash);
+    StoreFailure runOnce(const QVector<StoreRequest>& requests,
+                         const QHash<quint64, QString>& hashes, bool apart,
+                         QVector<StoreReply>* replies);
+    StoreReply applyApart(StoreBatch& batch, const StoreRequest& request, const QString& hash);
     StoreReply dispatch(StoreBatch& batch, const StoreRequest& request, const QString& hash);
     void notePassword(const StoreRequest& request, const StoreReply& reply);
     void merge(const ModelChanges& changes);

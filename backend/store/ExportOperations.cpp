@@ -46,7 +46,7 @@ UserStore::Exported ExportOperations::commitOne(const FileGrant& grant, bool rep
 
     m_batch.database().statement("grants.make_current").run(row.id);
     m_batch.audit().write({model.userId, model.userId, row.granteeId, "export", row.accountId,
-                           grantDetailText(row.firstDay, row.lastDay, row.ratio), QString()});
+                           m_batch.detailText(row.firstDay, row.lastDay, row.ratio), QString()});
     // Nothing changes for the grantee before he redeems the file.
     m_batch.touch(model.userId);
     m_batch.editor().setGrant(index, {row.id, grant.reference, row.granteeId, row.granteeName,

@@ -79,11 +79,11 @@ StoreReply GrantOperations::add(const StoreRequest& request)
         m_batch.database().statement("grants.forget_prepared").run(account->id);
     m_batch.database()
         .statement("grants.insert")
-        .run(grant.id, grant.reference, model.userId, grantee.id, account->id, storedDay(firstDay),
-             storedDay(lastDay),
+        .run(grant.id, grant.reference, model.userId, grantee.id, account->id,
+             m_batch.dayText(firstDay), m_batch.dayText(lastDay),
              hasRatio ? QVariant(grant.ratio) : QVariant(QMetaType(QMetaType::Double)),
              static_cast<int>(grant.source), static_cast<int>(state), m_batch.time());
-    record.detail = grantDetailText(firstDay, lastDay, grant.ratio);
+    record.detail = m_batch.detailText(firstDay, lastDay, grant.ratio);
     m_batch.audit().write(record);
 
     if (request.flag) {
@@ -129,7 +129,7 @@ StoreReply GrantOperations::cancel(const StoreRequest& request)
         .statement("grants.end")
         .run(static_cast<int>(GrantState::Cancelled), m_batch.time(), grant.id);
     record.otherUserId = grant.otherId;
-    record.detail = grantDetailText(grant.firstDay, grant.lastDay, grant.ratio);
+    record.detail = m_batch.detailText(grant.firstDay, grant.lastDay, grant.ratio);
     m_batch.audit().write(record);
     m_batch.touch(model.userId);
     m_batch.touch(grant.otherId);
@@ -177,7 +177,7 @@ QString GrantOperations::redeemOne(const FileGrant& grant, StoreReply& reply)
             problem = QStringLiteral("授权已导入过");
     }
     m_batch.audit().write({model.userId, model.userId, row.grantorId, "redeem", row.accountId,
-                           grantDetailText(row.firstDay, row.lastDay, row.ratio), problem});
+                           m_batch.detailText(row.firstDay, row.lastDay, row.ratio), problem});
     if (problem.isEmpty())
         reply.redeemed.append({row.accountKey, row.accountSecret});
     return problem;

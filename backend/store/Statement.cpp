@@ -2,7 +2,30 @@
 
 #include "backend/store/StoreError.h"
 
+#include <array>
+
 namespace backend {
+
+namespace {
+
+// More than any statement has.
+constexpr int maxPlaceholders = 16;
+
+std::array<QString, maxPlaceholders> placeholderNames()
+{
+    std::array<QString, maxPlaceholders> names;
+    for (int i = 0; i < maxPlaceholders; ++i)
+        names[static_cast<std::size_t>(i)] = QStringLiteral(":v%1x").arg(i);
+    return names;
+}
+
+} // namespace
+
+const QString& Statement::placeholder(int index)
+{
+    static const std::array<QString, maxPlaceholders> names = placeholderNames();
+    return names.at(static_cast<std::size_t>(index));
+}
 
 void Statement::execute()
 {
@@ -34,6 +57,15 @@ QDate Statement::day(int column) const
 QDateTime Statement::time(int column) const
 {
     return m_query.value(column).toDateTime().toUTC();
+}
+
+QString withNamedPlaceholders(const QString& sql)
+{
+    const QStringList parts = sql.split(QLatin1Char('?'));
+    QString named = parts[0];
+    for (int i = 1; i < parts.size(); ++i)
+        named += Statement::placeholder(i - 1) + parts[i];
+    return named;
 }
 
 QString storedTime(const QDateTime& time)

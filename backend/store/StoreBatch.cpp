@@ -48,9 +48,8 @@ void StoreBatch::endOverdueGrants()
         Statement row = m_database.statement("grants.overdue");
         row.run(storedDay(m_today));
         while (row.next()) {
-            overdue.append(
-                {row.integer(0), row.integer(1), row.integer(2), row.integer(3),
-                 grantDetailText(row.day(4), row.day(5), GW::CAuthLimit::noMarginRatio)});
+            overdue.append({row.integer(0), row.integer(1), row.integer(2), row.integer(3),
+                            detailText(row.day(4), row.day(5), GW::CAuthLimit::noMarginRatio)});
         }
     }
     for (const Overdue& grant : overdue) {
@@ -75,9 +74,17 @@ void StoreBatch::finish()
     }
 }
 
-QString grantDetailText(const QDate& firstDay, const QDate& lastDay, double ratio)
+QString StoreBatch::dayText(const QDate& day)
 {
-    const QString days = QStringLiteral("%1 至 %2").arg(storedDay(firstDay), storedDay(lastDay));
+    QString& text = m_dayTexts[day];
+    if (text.isEmpty())
+        text = storedDay(day);
+    return text;
+}
+
+QString StoreBatch::detailText(const QDate& firstDay, const QDate& lastDay, double ratio)
+{
+    const QString days = dayText(firstDay) + QStringLiteral(" 至 ") + dayText(lastDay);
     GW::CAuthLimit limit;
     limit.availableMarginRatio = ratio;
     if (!limit.hasMarginRatio())

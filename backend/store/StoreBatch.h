@@ -35,6 +35,10 @@ public:
     /// Has grantees asked anew, after one was enabled or disabled.
     void forgetGrantees() { m_grantees.clear(); }
     qint64 nextGrantId();
+    /// A day as the store has it; a burst names few days.
+    QString dayText(const QDate& day);
+    /// The days and the condition of a grant as the audit trail shows them.
+    QString detailText(const QDate& firstDay, const QDate& lastDay, double ratio);
     /// Notes that what this user sees has changed.
     void touch(qint64 userId) { m_touched.insert(userId); }
     /// Has the model read anew at the end, for changes that are not worth following one by one.
@@ -52,12 +56,10 @@ private:
     QDate m_today;
     AuditTrail m_audit;
     QHash<QString, GranteeState> m_grantees;
+    QHash<QDate, QString> m_dayTexts;
     QSet<qint64> m_touched;
     qint64 m_nextGrantId = 0;
     bool m_readAnew = false;
 };
-
-/// The days and the condition of a grant as the audit trail shows them.
-QString grantDetailText(const QDate& firstDay, const QDate& lastDay, double ratio);
 
 } // namespace backend
