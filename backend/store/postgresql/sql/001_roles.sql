@@ -23,6 +23,8 @@ BEGIN
     IF NOT EXISTS (SELECT FROM pg_catalog.pg_roles
                    WHERE rolname = 'authsetting_accounts_manager') THEN
         CREATE ROLE authsetting_accounts_manager NOLOGIN CREATEROLE;
+        -- For ending the connections of a disabled sub-user.
+        GRANT pg_signal_backend TO authsetting_accounts_manager;
     END IF;
     EXECUTE pg_catalog.format('REVOKE ALL ON DATABASE %I FROM PUBLIC',
                               pg_catalog.current_database());
@@ -30,9 +32,6 @@ BEGIN
                               pg_catalog.current_database());
 END
 $$;
-
--- Ending the connections of a disabled sub-user.
-GRANT pg_signal_backend TO authsetting_accounts_manager;
 
 REVOKE ALL ON SCHEMA public FROM PUBLIC;
 CREATE SCHEMA authsetting AUTHORIZATION authsetting_owner;

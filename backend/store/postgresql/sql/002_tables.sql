@@ -25,8 +25,8 @@ CREATE UNIQUE INDEX settings_one_row ON authsetting.settings ((true));
 INSERT INTO authsetting.settings DEFAULT VALUES;
 
 -- data_version grows by one with every change of what the user sees, structure_version is its value
--- at the last change of anything else than grants and sub-users. position orders the sub-users of
--- one owner.
+-- at the last change of anything else than grants and sub-users, which structure_change made.
+-- position orders the sub-users of one owner.
 CREATE TABLE authsetting.users (
     id bigint NOT NULL PRIMARY KEY DEFAULT authsetting.random_key(),
     name text COLLATE "C" NOT NULL UNIQUE
@@ -37,9 +37,10 @@ CREATE TABLE authsetting.users (
     position integer NOT NULL DEFAULT 0,
     enabled boolean NOT NULL,
     data_version bigint NOT NULL DEFAULT 1,
-    structure_version bigint NOT NULL DEFAULT 1
+    structure_version bigint NOT NULL DEFAULT 1,
+    structure_change xid8
 );
-CREATE INDEX users_of_owner ON authsetting.users (owner_id);
+CREATE INDEX users_of_owner ON authsetting.users (owner_id, position);
 
 CREATE TABLE authsetting.platforms (
     kind smallint NOT NULL CHECK (kind IN (1, 2)),

@@ -38,13 +38,15 @@ BEGIN
 END
 $$;
 
--- Notes that users see other accounts or relations than before.
+-- Notes that users see other accounts, relations or given grants than before; once per user and
+-- transaction, because each further version of a row makes all later looks at it slower.
 CREATE FUNCTION authsetting.admin_touch(users bigint[]) RETURNS void
 LANGUAGE sql VOLATILE SET search_path = pg_catalog, authsetting, pg_temp
 AS $$
     UPDATE authsetting.users AS u
-    SET data_version = u.data_version + 1, structure_version = u.data_version + 1
-    WHERE u.id = ANY (users);
+    SET data_version = u.data_version + 1, structure_version = u.data_version + 1,
+        structure_change = pg_current_xact_id()
+    WHERE u.id = ANY (users) AND u.structure_change IS DISTINCT FROM pg_current_xact_id();
     NOTIFY authsetting_changed;
 $$;
 
@@ -190,19 +192,13 @@ BEGIN
     INSERT INTO authsetting.grants (reference, grantor_id, grantee_id, account_id, first_day,
                                     last_day, ratio, source, state, created_at, ended_at,
                                     redeemed_at, grantor_version, grantee_version)
-    SELECT coalesce(nullif(admin_add_grant.reference, '')::uuid, gen_random_uuid()),
-           o.id, e.id,
-           authsetting.admin_account_id(platform_id, broker_id, account_sub_type, account_number),
-           first_day, last_day, ratio, source, state, at, CASE WHEN state IN (3, 4) THEN at END,
-           CASE WHEN redeemed THEN at END,
-           CASE WHEN state = 1 THEN 0 ELSE o.data_version + 1 END,
-           CASE WHEN source = 2 AND NOT redeemed THEN 0 ELSE e.data_version + 1 END
-    FROM authsetting.users AS o, authsetting.users AS e
-    WHERE o.id = grantor_id AND e.id = grantee_id
+    VALUES (coalesce(nullif(admin_add_grant.reference, '')::uuid, gen_random_uuid()),
+            grantor_id, grantee_id,
+            authsetting.admin_account_id(platform_id, broker_id, account_sub_type, account_number),
+            first_day, last_day, ratio, source, state, at, CASE WHEN state IN (3, 4) THEN at END,
+            CASE WHEN redeemed THEN at END, 0, 0)
     RETURNING grants.reference INTO added;
-    UPDATE authsetting.users AS u SET data_version = u.data_version + 1
-    WHERE u.id IN (grantor_id, grantee_id);
-    NOTIFY authsetting_changed;
+    PERFORM authsetting.admin_touch(ARRAY[grantor_id, grantee_id]);
     RETURN replace(added::text, '-', '');
 END
 $$;
