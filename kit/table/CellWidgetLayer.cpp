@@ -1,6 +1,7 @@
 #include "kit/table/CellWidgetLayer.h"
 
 #include "kit/resources/UiResource.h"
+#include "kit/table/CellWidgetTools.h"
 #include "kit/table/ColumnWidgets.h"
 #include "kit/table/OddEvenRowTable.h"
 #include "kit/table/RowStore.h"
@@ -21,18 +22,6 @@ namespace {
 
 /// Widgets kept out of sight for scrolling back: about three pages of one column.
 constexpr size_t MOST_IDLE = 96;
-
-void takeFromTabChain(QWidget* widget)
-{
-    if (widget->focusPolicy() & Qt::TabFocus)
-        widget->setFocusPolicy(Qt::FocusPolicy(widget->focusPolicy() & ~Qt::TabFocus));
-}
-
-bool isHiddenByOwner(const QWidget* widget)
-{
-    return widget->testAttribute(Qt::WA_WState_Hidden) &&
-           widget->testAttribute(Qt::WA_WState_ExplicitShowHide);
-}
 
 } // namespace
 
@@ -213,8 +202,6 @@ void CCellWidgetLayer::prepare(SCell& cell)
         cell.alignment = cell.isShared ? m_columnWidgets->alignment(cell.column)
                                        : m_store.cellWidget(cell.row, cell.column)->alignment;
         takeFromTabChain(cell.widget);
-        const QList<QWidget*> inner = cell.widget->findChildren<QWidget*>();
-        std::for_each(inner.cbegin(), inner.cend(), takeFromTabChain);
     }
     if (!cell.isTick && cell.widget->testAttribute(Qt::WA_Resized))
         cell.ownSize = cell.widget->size();
@@ -399,16 +386,8 @@ void CCellWidgetLayer::showTick(int row, int column)
 
 QList<QWidget*> CCellWidgetLayer::focusWidgets(int row, int column) const
 {
-    QList<QWidget*> stops;
     QWidget* const root = existingWidget(row, column);
-    if (!root)
-        return stops;
-    QList<QWidget*> widgets = root->findChildren<QWidget*>();
-    widgets.prepend(root);
-    std::copy_if(widgets.cbegin(), widgets.cend(), std::back_inserter(stops), [](QWidget* widget) {
-        return widget->focusPolicy() != Qt::NoFocus && widget->isVisible() && widget->isEnabled();
-    });
-    return stops;
+    return root ? focusStops(root) : QList<QWidget*>();
 }
 
 } // namespace KZ

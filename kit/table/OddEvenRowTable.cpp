@@ -3,6 +3,7 @@
 #include "kit/events/EventIds.h"
 #include "kit/resources/UiResource.h"
 #include "kit/table/CellWidgetLayer.h"
+#include "kit/table/ColumnWidgets.h"
 #include "kit/table/TableColumns.h"
 #include "kit/table/TableCore.h"
 #include "kit/table/TableSelection.h"
@@ -167,7 +168,18 @@ void COddEvenRowTable::setItemWidget(int row, int column, QWidget* widget, int a
 
 void COddEvenRowTable::setItemWidget(int row, int column, CellWidgetFactory factory, int alignment)
 {
-    m_core->setFactory(row, column, std::move(factory), alignment);
+    const bool present = factory != nullptr;
+    m_core->setFactory(row, column, {std::move(factory), alignment, present});
+}
+
+void COddEvenRowTable::setColumnWidgets(int column, CColumnWidgetKind kind)
+{
+    m_core->layer().columnWidgets().setKind(column, std::move(kind));
+}
+
+void COddEvenRowTable::setItemColumnWidget(int row, int column)
+{
+    m_core->setColumnWidget(row, column);
 }
 
 void COddEvenRowTable::setItemCheckBox(int row, int column, int id, bool checked, bool enabled,

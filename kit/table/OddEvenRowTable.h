@@ -2,6 +2,7 @@
 
 #include "kit/KitExport.h"
 #include "kit/table/CellEdit.h"
+#include "kit/table/ColumnWidgetKind.h"
 #include "kit/widgets/BaseWidget.h"
 
 #include <QVector>
@@ -87,6 +88,10 @@ public:
     /// Takes the widget; null removes the cell's widget and tick.
     void setItemWidget(int row, int column, QWidget* widget, int alignment, bool refresh = true);
     void setItemWidget(int row, int column, CellWidgetFactory factory, int alignment);
+    /// Sets what widgets the cells of a column get by setItemColumnWidget(), which hardly cost
+    /// anything however many the rows are; set it before the first such cell.
+    void setColumnWidgets(int column, CColumnWidgetKind kind);
+    void setItemColumnWidget(int row, int column);
     /// Gives the cell a tick; a real check box with this identifier stands in for it once the cell
     /// is seen or asked for, and both always agree.
     void setItemCheckBox(int row, int column, int id, bool checked, bool enabled, int alignment);

@@ -13,9 +13,6 @@ const QString& emptyText()
     return empty;
 }
 
-/// Longer texts are hardly ever repeated and dear to compare.
-constexpr qsizetype LONGEST_SHARED_TEXT = 64;
-
 template <class T>
 const T* present(const std::vector<T>& cells, int row)
 {
@@ -35,7 +32,7 @@ void put(std::vector<T>& cells, int row, T value)
 
 } // namespace
 
-CRowStore::CRowStore() : m_colorKeys(1) {}
+CRowStore::CRowStore() : m_colorKeys(1), m_colorNames(1) {}
 
 void CRowStore::setColumnCount(int count)
 {
@@ -64,10 +61,10 @@ void CRowStore::clear()
         column.colors.clear();
         column.ticks.clear();
         column.widgets.clear();
+        column.columnWidgets.clear();
     }
     m_toolTips.clear();
     m_iconKeys.clear();
-    m_recentTexts.fill(QString());
 }
 
 int CRowStore::appendRow()
@@ -88,31 +85,21 @@ bool CRowStore::setText(int row, int column, const QString& text)
     QString& cell = m_texts[textIndex(row, column)];
     if (cell == text)
         return false;
-    cell = shared(text);
+    cell = text;
     return true;
-}
-
-QString CRowStore::shared(const QString& text)
-{
-    if (text.isEmpty() || text.size() > LONGEST_SHARED_TEXT)
-        return text;
-    QString& recent = m_recentTexts[qHash(text) % m_recentTexts.size()];
-    if (recent != text)
-        recent = text;
-    return recent;
 }
 
 quint16 CRowStore::colorIndex(const char* key)
 {
     if (!key || !*key)
         return 0;
-    const QLatin1StringView name(key);
-    const auto found = std::find(m_colorKeys.cbegin() + 1, m_colorKeys.cend(), name);
-    if (found != m_colorKeys.cend())
-        return quint16(found - m_colorKeys.cbegin());
+    const auto found = std::find(m_colorNames.cbegin() + 1, m_colorNames.cend(), key);
+    if (found != m_colorNames.cend())
+        return quint16(found - m_colorNames.cbegin());
     if (m_colorKeys.size() > 0xffff)
         return 0;
-    m_colorKeys.push_back(name);
+    m_colorKeys.push_back(QString::fromLatin1(key));
+    m_colorNames.emplace_back(key);
     return quint16(m_colorKeys.size() - 1);
 }
 
@@ -180,8 +167,11 @@ CRowStore::STick* CRowStore::tick(int row, int column)
 
 void CRowStore::setTick(int row, int column, const STick& tick)
 {
-    if (contains(row, column))
-        put(m_columns[size_t(column)].ticks, row, tick);
+    if (!contains(row, column))
+        return;
+    SColumn& cells = m_columns[size_t(column)];
+    clearWidget(cells, row);
+    put(cells.ticks, row, tick);
 }
 
 int CRowStore::firstTickColumn(int row) const
@@ -208,14 +198,49 @@ const CRowStore::SCellWidget* CRowStore::cellWidget(int row, int column) const
 
 void CRowStore::setCellWidget(int row, int column, SCellWidget widget)
 {
-    if (contains(row, column))
-        put(m_columns[size_t(column)].widgets, row, std::move(widget));
+    if (!contains(row, column))
+        return;
+    SColumn& cells = m_columns[size_t(column)];
+    clearWidget(cells, row);
+    put(cells.widgets, row, std::move(widget));
+}
+
+bool CRowStore::hasColumnWidget(int row, int column) const
+{
+    if (!contains(row, column))
+        return false;
+    const std::vector<bool>& cells = m_columns[size_t(column)].columnWidgets;
+    return size_t(row) < cells.size() && cells[size_t(row)];
+}
+
+void CRowStore::setColumnWidget(int row, int column)
+{
+    if (!contains(row, column))
+        return;
+    SColumn& cells = m_columns[size_t(column)];
+    clearWidget(cells, row);
+    if (size_t(row) >= cells.columnWidgets.size())
+        cells.columnWidgets.resize(size_t(row) + 1);
+    cells.columnWidgets[size_t(row)] = true;
+}
+
+void CRowStore::clearWidget(SColumn& column, int row)
+{
+    put(column.ticks, row, STick());
+    put(column.widgets, row, SCellWidget());
+    if (size_t(row) < column.columnWidgets.size())
+        column.columnWidgets[size_t(row)] = false;
+}
+
+bool CRowStore::isWidgetCell(int row, int column) const
+{
+    return tick(row, column) || cellWidget(row, column) || hasColumnWidget(row, column);
 }
 
 bool CRowStore::columnHasWidgets(int column) const
 {
     const SColumn& cells = m_columns[size_t(column)];
-    return !cells.ticks.empty() || !cells.widgets.empty();
+    return !cells.ticks.empty() || !cells.widgets.empty() || !cells.columnWidgets.empty();
 }
 
 } // namespace KZ

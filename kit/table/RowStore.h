@@ -3,8 +3,8 @@
 #include <QHash>
 #include <QString>
 
-#include <array>
 #include <functional>
+#include <string>
 #include <vector>
 
 class QWidget;
@@ -12,8 +12,8 @@ class QWidget;
 namespace KZ {
 
 /// The cells of a table in the order in which its rows were added. A cell that is only a text costs
-/// no more than its string: colours, ticks and widget factories live in arrays that a column gets
-/// with the first cell that has one, and equal texts share their characters.
+/// no more than its string: colours, ticks and widgets live in arrays that a column gets with the
+/// first cell that has one. A cell has a tick, a widget of its own, one of its column's, or none.
 ///
 /// Rows and columns out of range are ignored by the setters and read as empty.
 class CRowStore
@@ -67,8 +67,14 @@ public:
     /// Whether the row is ticked and free to be unticked: such a row is never hidden.
     bool isRowTicked(int row) const;
 
+    /// The cell's own widget, null without one.
     const SCellWidget* cellWidget(int row, int column) const;
     void setCellWidget(int row, int column, SCellWidget widget);
+    /// Whether one of the column's widgets stands for the cell.
+    bool hasColumnWidget(int row, int column) const;
+    void setColumnWidget(int row, int column);
+    /// Whether the cell has a tick or a widget of either kind.
+    bool isWidgetCell(int row, int column) const;
     bool columnHasWidgets(int column) const;
 
     static quint64 cellKey(int row, int column)
@@ -82,21 +88,23 @@ private:
         std::vector<quint16> colors;
         std::vector<STick> ticks;
         std::vector<SCellWidget> widgets;
+        std::vector<bool> columnWidgets;
     };
     size_t textIndex(int row, int column) const
     {
         return size_t(row) * m_columns.size() + size_t(column);
     }
-    QString shared(const QString& text);
+    void clearWidget(SColumn& column, int row);
     quint16 colorIndex(const char* key);
 
     int m_rowCount = 0;
     std::vector<QString> m_texts;
     std::vector<SColumn> m_columns;
+    /// The keys of the colours in use, in both spellings; the first ones stand for no colour.
     std::vector<QString> m_colorKeys;
+    std::vector<std::string> m_colorNames;
     QHash<quint64, QString> m_toolTips;
     QHash<quint64, QString> m_iconKeys;
-    std::array<QString, 512> m_recentTexts;
 };
 
 } // namespace KZ

@@ -151,6 +151,12 @@ void CTableCore::cellChanged(int row, int column)
     scheduleFlush();
 }
 
+void CTableCore::cellReplaced(int row, int column)
+{
+    cellChanged(row, column);
+    cellsMoved();
+}
+
 void CTableCore::setTick(int row, int column, const CRowStore::STick& tick)
 {
     if (!m_store.contains(row, column))
@@ -162,8 +168,7 @@ void CTableCore::setTick(int row, int column, const CRowStore::STick& tick)
     else
         m_layer->drop(row, column);
     revealIfTicked(row);
-    cellChanged(row, column);
-    cellsMoved();
+    cellReplaced(row, column);
 }
 
 void CTableCore::setWidget(int row, int column, QWidget* widget, int alignment)
@@ -186,28 +191,21 @@ void CTableCore::setWidget(int row, int column, QWidget* widget, int alignment)
     else
         m_layer->drop(row, column);
     revealIfTicked(row);
-    cellChanged(row, column);
-    cellsMoved();
+    cellReplaced(row, column);
 }
 
-void CTableCore::setFactory(int row, int column, COddEvenRowTable::CellWidgetFactory factory,
-                            int alignment)
+void CTableCore::setFactory(int row, int column, CRowStore::SCellWidget source)
 {
-    if (!m_store.contains(row, column))
-        return;
-    const bool present = factory != nullptr;
-    m_store.setCellWidget(row, column, {std::move(factory), alignment, present});
+    m_store.setCellWidget(row, column, std::move(source));
     m_layer->drop(row, column);
-    cellChanged(row, column);
-    cellsMoved();
+    cellReplaced(row, column);
 }
 
 void CTableCore::setColumnWidget(int row, int column)
 {
     m_store.setColumnWidget(row, column);
     m_layer->drop(row, column);
-    cellChanged(row, column);
-    cellsMoved();
+    cellReplaced(row, column);
 }
 
 QWidget* CTableCore::widget(int row, int column)
@@ -226,9 +224,7 @@ void CTableCore::setChecked(int row, int column, bool checked)
     if (!tick || tick->checked == checked)
         return;
     tick->checked = checked;
-    m_layer->showTick(row, column);
-    revealIfTicked(row);
-    cellChanged(row, column);
+    tickChanged(row, column);
 }
 
 void CTableCore::setCheckEnabled(int row, int column, bool enabled)
@@ -237,6 +233,11 @@ void CTableCore::setCheckEnabled(int row, int column, bool enabled)
     if (!tick || tick->enabled == enabled)
         return;
     tick->enabled = enabled;
+    tickChanged(row, column);
+}
+
+void CTableCore::tickChanged(int row, int column)
+{
     m_layer->showTick(row, column);
     revealIfTicked(row);
     cellChanged(row, column);

@@ -53,8 +53,8 @@ public:
     void cellChanged(int row, int column);
     void setTick(int row, int column, const CRowStore::STick& tick);
     void setWidget(int row, int column, QWidget* widget, int alignment);
-    void setFactory(int row, int column, COddEvenRowTable::CellWidgetFactory factory,
-                    int alignment);
+    void setFactory(int row, int column, CRowStore::SCellWidget source);
+    void setColumnWidget(int row, int column);
     QWidget* widget(int row, int column);
     /// A tick set by the program.
     void setChecked(int row, int column, bool checked);
@@ -87,9 +87,11 @@ protected:
     bool event(QEvent* event) override;
 
 private:
+    void cellReplaced(int row, int column);
     void scheduleFlush();
     void refilter();
     void revealIfTicked(int row);
+    void tickChanged(int row, int column);
     bool textEdited(int row, int column, const QString& text);
     void updateWidgetWidths();
 

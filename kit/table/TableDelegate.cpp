@@ -64,7 +64,7 @@ void CTableDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option
 
     const int row = m_model.rowAt(index.row());
     const int column = index.column();
-    if (m_store.tick(row, column) || m_store.cellWidget(row, column))
+    if (m_store.isWidgetCell(row, column))
         return;
     const int padding = cellPadding();
     QRect room = option.rect.adjusted(padding, 0, -padding, 0);

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "kit/table/ColumnWidgetKind.h"
+
+#include <QList>
+#include <QPointer>
+#include <QWidget>
+
+#include <map>
+
+namespace KZ {
+
+/// The widgets of columns whose cells share one kind: those that stand for no cell at the moment
+/// wait here for the next one.
+class CColumnWidgets
+{
+public:
+    void setKind(int column, CColumnWidgetKind kind);
+    int alignment(int column) const;
+
+    /// A widget that stands for the row's cell; null when the owner makes none.
+    QPointer<QWidget> take(int row, int column, QWidget* parent);
+    /// Keeps the widget for the next cell; false when it has to go, because the user is at work
+    /// with it or enough others wait.
+    bool giveBack(int column, QWidget* widget);
+    /// The widgets that wait.
+    QList<QWidget*> spare() const;
+
+private:
+    struct SColumn
+    {
+        CColumnWidgetKind kind;
+        QList<QPointer<QWidget>> spare;
+    };
+
+    std::map<int, SColumn> m_columns;
+};
+
+} // namespace KZ
