@@ -58,7 +58,7 @@ UserStore::Exported ExportOperations::commit(const QVector<FileGrant>& grants, b
 {
     UserStore::Exported all;
     for (const FileGrant& grant : grants) {
-        const UserStore::Exported one = commitOne(grant, repeat);
+        UserStore::Exported one = commitOne(grant, repeat);
         if (one.error != ExportError::None)
             return one;
         all.changed += one.changed;

@@ -58,7 +58,8 @@ StoreReply GrantOperations::add(const StoreRequest& request)
                               account ? account->id : 0,
                               {},
                               problem};
-    if (!problem.isEmpty()) {
+    // The rules have refused a missing account already; the second test only says so.
+    if (!problem.isEmpty() || !account) {
         m_batch.audit().write(record);
         return StoreReply::refused(problem);
     }

@@ -84,7 +84,7 @@ QString StoreBatch::dayText(const QDate& day)
 
 QString StoreBatch::detailText(const QDate& firstDay, const QDate& lastDay, double ratio)
 {
-    const QString days = dayText(firstDay) + QStringLiteral(" 至 ") + dayText(lastDay);
+    QString days = dayText(firstDay) + QStringLiteral(" 至 ") + dayText(lastDay);
     GW::CAuthLimit limit;
     limit.availableMarginRatio = ratio;
     if (!limit.hasMarginRatio())

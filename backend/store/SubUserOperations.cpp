@@ -9,7 +9,7 @@ namespace backend {
 
 QString SubUserOperations::problem(const QString& name, int* index) const
 {
-    const QString hostile = userNameProblem(name);
+    QString hostile = userNameProblem(name);
     if (!hostile.isEmpty())
         return hostile;
     *index = m_batch.model().subUserIndex(name.normalized(QString::NormalizationForm_C));

@@ -3,6 +3,7 @@
 #include <QStringDecoder>
 
 #include <algorithm>
+#include <cstddef>
 
 namespace backend {
 
@@ -34,7 +35,7 @@ bool isPlainText(const std::string& bytes)
     if (bytes.size() <= maxTextLength && std::all_of(bytes.begin(), bytes.end(), isPrintableAscii))
         return true;
     // No character takes more than three bytes per UTF-16 unit.
-    if (bytes.size() > 3U * maxTextLength)
+    if (bytes.size() > std::size_t{3} * maxTextLength)
         return false;
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless |
                                                      QStringDecoder::Flag::ConvertInitialBom);
