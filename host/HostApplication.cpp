@@ -41,6 +41,9 @@ QString HostApplication::openStore()
         if (!error.isEmpty())
             return error;
         m_storeOptions.location = backend::StoreLocation::parse(DemoStore::filePath(m_demoFolder));
+    } else if (m_storeOptions.location.isServer()) {
+        // A server lets nobody in before he has signed in.
+        return QString();
     } else if (!QFileInfo::exists(m_storeOptions.location.path)) {
         return QStringLiteral("没有这个存储：%1").arg(m_storeOptions.location.path);
     }
@@ -76,7 +79,7 @@ void HostApplication::onSignedIn()
     std::unique_ptr<backend::Session> session = m_signIn->takeSession();
     m_signIn.reset();
     const QString storeName =
-        m_isDemo ? QStringLiteral("演示存储") : QFileInfo(m_storeOptions.location.path).fileName();
+        m_isDemo ? QStringLiteral("演示存储") : m_storeOptions.location.displayName();
     m_window = std::make_unique<ClientWindow>(std::move(session), storeName);
     connect(m_window.get(), &ClientWindow::signOutRequested, this, &HostApplication::signOut,
             Qt::QueuedConnection);

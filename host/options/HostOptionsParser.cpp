@@ -33,7 +33,8 @@ HostOptionsParser::HostOptionsParser()
         {{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("显示本帮助。")});
     m_parser.addOptions({
         {optionStore,
-         QStringLiteral("使用已有的存储（SQLite 文件，可写作 sqlite:路径）；不写则使用演示存储。"),
+         QStringLiteral("使用已有的存储：SQLite 文件的路径，或 "
+                        "postgresql://[用户@]主机[:端口]/数据库；不写则使用演示存储。"),
          QStringLiteral("位置")},
         {optionUser, QStringLiteral("登录窗口中预先填好的用户。"), QStringLiteral("用户名")},
         {optionPage, QStringLiteral("登录后打开的页：201 账号授权，202 导入授权，203 子用户。"),

@@ -1,6 +1,7 @@
 #include "host/options/StoreChoice.h"
 
 #include <QElapsedTimer>
+#include <QStandardPaths>
 
 namespace host {
 
@@ -8,11 +9,15 @@ std::optional<backend::StoreOptions> storeOptions(const HostOptions& options, QS
 {
     backend::StoreOptions store;
     if (!options.store.isEmpty()) {
-        store.location = backend::StoreLocation::parse(options.store);
+        QString reason;
+        store.location = backend::StoreLocation::parse(options.store, &reason);
         if (!store.location.isValid()) {
-            *error = QStringLiteral("“%1”不是存储的位置：应为文件路径或 sqlite:路径。")
-                         .arg(options.store);
+            *error = QStringLiteral("“%1”不是存储的位置：%2").arg(options.store, reason);
             return std::nullopt;
+        }
+        if (store.location.isServer()) {
+            store.dataFolder = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) +
+                               QStringLiteral("/users");
         }
     }
     if (options.clock.isValid()) {

@@ -23,6 +23,7 @@ private Q_SLOTS:
     void helpListsEveryOption();
     void clockRunsOnFromTheGivenMoment();
     void unknownEngineIsNoStore();
+    void aServerIsAStoreWithAFolderForTheUsersOwnFiles();
     void theProgramRefusesAWrongOptionBeforeItOpensAWindow();
 };
 
@@ -133,6 +134,17 @@ void HostOptionsTest::unknownEngineIsNoStore()
     QString error;
     QVERIFY(!host::storeOptions(options, &error).has_value());
     QVERIFY(error.contains(options.store));
+}
+
+void HostOptionsTest::aServerIsAStoreWithAFolderForTheUsersOwnFiles()
+{
+    host::HostOptions options;
+    options.store = QStringLiteral("postgresql://trade.example/auth");
+    QString error;
+    const auto store = host::storeOptions(options, &error);
+    QVERIFY2(store.has_value(), qPrintable(error));
+    QVERIFY(store->location.isServer());
+    QVERIFY(!store->dataFolder.isEmpty());
 }
 
 void HostOptionsTest::theProgramRefusesAWrongOptionBeforeItOpensAWindow()
