@@ -233,7 +233,7 @@ void TableLayoutTest::columnsFitThePage()
     f.resize(924, 400);
     f.showAndWait();
     for (int i = 0; i < 100; ++i) {
-        f.addRow({QString(), QStringLiteral("上期技术"), QStringLiteral("中信建投证券"),
+        f.addRow({QString(), QStringLiteral("云岭交易通道"), QStringLiteral("临江证券"),
                   QStringLiteral("800100023"), QStringLiteral("已授权"), QStringLiteral("trader07"),
                   QStringLiteral("2024-10-10"), QStringLiteral("2024-12-12")});
         f.table->setItemCheckBox(i, 0, i, false, true, 132);

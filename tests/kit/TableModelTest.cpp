@@ -48,10 +48,10 @@ private:
     }
     static void fill(TableFixture& f)
     {
-        f.addRow({QStringLiteral("海通"), QStringLiteral("80010001"), QStringLiteral("zhang")});
-        f.addRow({QStringLiteral("海通"), QStringLiteral("80010002"), QStringLiteral("Li")});
-        f.addRow({QStringLiteral("中信"), QStringLiteral("80010003"), QStringLiteral("zhang")});
-        f.addRow({QStringLiteral("中信"), QStringLiteral("80020001"), QString()});
+        f.addRow({QStringLiteral("临江证券"), QStringLiteral("80010001"), QStringLiteral("zhang")});
+        f.addRow({QStringLiteral("临江证券"), QStringLiteral("80010002"), QStringLiteral("Li")});
+        f.addRow({QStringLiteral("远山期货"), QStringLiteral("80010003"), QStringLiteral("zhang")});
+        f.addRow({QStringLiteral("远山期货"), QStringLiteral("80020001"), QString()});
         for (int row = 0; row < 4; ++row)
             f.table->setItemCheckBox(row, 3, row, false, true, 132);
     }
@@ -78,8 +78,8 @@ void TableModelTest::sortsByWhatTheTextsAre_data()
          QStringLiteral("A2"), QStringLiteral("A10")},
         {1, 0, 2, 3}, {3, 2, 0, 1});
     row("chinese by sound",
-        {QStringLiteral("中信"), QStringLiteral("海通"), QStringLiteral("安信")}, {2, 1, 0},
-        {0, 1, 2});
+        {QStringLiteral("云岭交易通道"), QStringLiteral("远山期货"), QStringLiteral("临江证券")},
+        {2, 1, 0}, {0, 1, 2});
     row("kinds are kept apart",
         {QStringLiteral("abc"), QStringLiteral("2024-01-01"), QStringLiteral("7"), QString()},
         {2, 1, 0, 3}, {0, 1, 2, 3});
@@ -215,7 +215,7 @@ void TableModelTest::allWordsMustBeFound()
 {
     TableFixture f;
     fill(f);
-    filter(f)->setText(QStringLiteral("  zhang  中信 "));
+    filter(f)->setText(QStringLiteral("  zhang  远山期货 "));
     QCOMPARE(f.shownRows(), QVector<int>{2});
     filter(f)->setText(QStringLiteral("(.*"));
     QVERIFY(f.shownRows().isEmpty());
@@ -293,7 +293,7 @@ void TableModelTest::theFilterKeepsTheSelection()
     f.click(0, 0);
     f.click(2, 0, Qt::ControlModifier);
     f.events.clear();
-    filter(f)->setText(QStringLiteral("中信"));
+    filter(f)->setText(QStringLiteral("远山期货"));
     QCOMPARE(f.table->selectedRows(), QVector<int>{2});
     QCOMPARE(f.table->selectedRow(), 2);
     filter(f)->clear();
@@ -305,7 +305,7 @@ void TableModelTest::aReloadKeepsTheFilter()
 {
     TableFixture f;
     fill(f);
-    filter(f)->setText(QStringLiteral("中信"));
+    filter(f)->setText(QStringLiteral("远山期货"));
     QCOMPARE(f.shownRows().size(), 2);
     f.table->clear();
     fill(f);
@@ -335,9 +335,9 @@ void TableModelTest::composedTextFilters()
     fill(f);
     f.table->view()->setFocus();
     QInputMethodEvent composed;
-    composed.setCommitString(QStringLiteral("中信"));
+    composed.setCommitString(QStringLiteral("远山期货"));
     QApplication::sendEvent(f.table->view(), &composed);
-    QCOMPARE(filter(f)->text(), QStringLiteral("中信"));
+    QCOMPARE(filter(f)->text(), QStringLiteral("远山期货"));
     QCOMPARE(f.shownRows(), (QVector<int>{2, 3}));
 }
 
@@ -352,7 +352,7 @@ void TableModelTest::accessibleTextsTellTheTick()
     QCOMPARE(f.cell(0, 3).data(Qt::CheckStateRole).toInt(), int(Qt::Checked));
     f.table->setItemCheckEnabled(0, 3, false);
     QCOMPARE(text(), QStringLiteral("已勾选，已锁定"));
-    QCOMPARE(f.cell(0, 0).data(Qt::AccessibleTextRole).toString(), QStringLiteral("海通"));
+    QCOMPARE(f.cell(0, 0).data(Qt::AccessibleTextRole).toString(), QStringLiteral("临江证券"));
     QVERIFY(!f.cell(0, 0).data(Qt::CheckStateRole).isValid());
 }
 
