@@ -65,7 +65,8 @@ void HostApplication::showSignIn(const QString& user)
         m_signIn->setUsers(QStringList(users.begin(), users.end()));
         m_signIn->setHint(QStringLiteral("演示存储，所有用户的密码：%1").arg(DemoData::password()));
     }
-    m_signIn->setUser(user.isEmpty() && m_isDemo ? DemoData::mainUser() : user);
+    const QString proposed = m_isDemo ? DemoData::mainUser() : m_storeOptions.location.user;
+    m_signIn->setUser(user.isEmpty() ? proposed : user);
     // Queued, because the window that sends them is destroyed in turn.
     connect(m_signIn.get(), &QDialog::accepted, this, &HostApplication::onSignedIn,
             Qt::QueuedConnection);

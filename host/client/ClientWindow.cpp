@@ -6,10 +6,12 @@
 #include "authsetting/shell/AuthSettingDialog.h"
 #include "authsetting/shell/AuthSettingIds.h"
 #include "authsetting/shell/NavigatorFiller.h"
+#include "backend/client/ConnectionState.h"
 #include "backend/client/Session.h"
 #include "host/client/AccountListView.h"
 #include "host/client/AccountMessages.h"
 #include "host/client/AuditView.h"
+#include "host/client/ConnectionView.h"
 #include "host/client/MessageArea.h"
 #include "host/client/ThemeSwitch.h"
 #include "kit/resources/KitStyle.h"
@@ -166,6 +168,14 @@ void ClientWindow::buildStatusBar(const QString& storeName)
     statusBar()->setContentsMargins(margin, 0, margin, 0);
     statusBar()->addWidget(who);
     statusBar()->addWidget(m_nearExpiry);
+    // Nobody loses a store on his own disk.
+    const backend::ConnectionState* connection = m_session->connectionState();
+    if (connection->isRemote()) {
+        auto* view = new ConnectionView(statusBar());
+        view->setOnline(connection->isOnline());
+        connect(connection, &backend::ConnectionState::changed, view, &ConnectionView::setOnline);
+        statusBar()->addPermanentWidget(view);
+    }
     statusBar()->addPermanentWidget(m_clock);
 }
 

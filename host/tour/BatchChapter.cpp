@@ -93,6 +93,7 @@ void cancelFromOverview(TourStage& stage)
         const QStringList row = TourPlaces::rowTexts(text(firstShown));
         return !row.isEmpty() && !row.contains(DemoData::colleague());
     });
+    scene.awaitIdle();
     scene.takePicture(QStringLiteral("overview-cancelled"));
     stage.store.requireGrant(firstNumber, DemoData::colleague(), GrantSource::Server,
                              GrantState::Cancelled);

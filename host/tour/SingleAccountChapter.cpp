@@ -50,6 +50,7 @@ void walkSingleAccount(TourStage& stage)
                 [] { return TourPlaces::button(QStringLiteral("授权")).widget != nullptr; });
     stage.store.requireGrant(accountNumber, DemoData::colleague(), GrantSource::Server,
                              GrantState::Cancelled);
+    scene.awaitIdle();
     scene.takePicture(QStringLiteral("single-cancelled"));
     scene.closeDialog();
     stage.client.signOut();

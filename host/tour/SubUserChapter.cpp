@@ -26,6 +26,7 @@ void disable(TourStage& stage)
     scene.clickCell(user, manageOperationColumn);
     scene.await(QStringLiteral("%1 已禁用").arg(user),
                 [user] { return TourPlaces::rowTexts(user).contains(QStringLiteral("已禁用")); });
+    scene.awaitIdle();
     scene.takePicture(QStringLiteral("sub-user-disabled"));
     TourScene::require(QStringLiteral("存储中 %1 已禁用").arg(user), !isEnabled(stage));
 }
@@ -57,6 +58,7 @@ void grant(TourStage& stage)
     scene.clickButton(QStringLiteral("授权"));
     scene.clickMenuItem(QStringLiteral("服务器授权"));
     scene.awaitTip(QStringLiteral("授权成功"));
+    scene.awaitIdle();
     scene.takePicture(QStringLiteral("sub-user-granted"));
     stage.store.requireGrant(accountNumber, DemoData::nightTrader(), backend::GrantSource::Server,
                              backend::GrantState::Current);

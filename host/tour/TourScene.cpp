@@ -5,7 +5,7 @@
 
 #include <QApplication>
 #include <QFileDialog>
-#include <QMenu>
+#include <QProgressBar>
 #include <QScreen>
 #include <QThread>
 
@@ -75,6 +75,15 @@ void TourScene::awaitTitle(const QString& title) const
         return window && window->isActiveWindow() && window->windowTitle() == title;
     });
     settle();
+}
+
+void TourScene::awaitIdle() const
+{
+    await(QStringLiteral("服务器确认完毕"), [] {
+        const QWidget* dialog = QApplication::activeModalWidget();
+        const auto* bar = dialog ? dialog->findChild<QProgressBar*>() : nullptr;
+        return bar && !bar->isVisible();
+    });
 }
 
 void TourScene::settle() const

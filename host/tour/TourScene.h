@@ -49,6 +49,8 @@ public:
     void awaitTip(const QString& text) const;
     /// Waits until the window with this title is the one that the user works in.
     void awaitTitle(const QString& title) const;
+    /// Waits until the dialog no longer waits for the server.
+    void awaitIdle() const;
     /// Waits until what the last action brought about is on the screen.
     void settle() const;
     /// Fails unless `condition` holds now.
