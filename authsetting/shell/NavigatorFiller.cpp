@@ -22,6 +22,8 @@ void addAccountNodes(CAuthSettingNavigator* navigator)
     if (!user)
         return;
     for (const auto& account : std::as_const(user->accounts)) {
+        if (!account)
+            continue;
         const QString key = account->key();
         if (user->isSubAccount(key) || user->hasSubAccount(key))
             continue;

@@ -80,6 +80,7 @@ private Q_SLOTS:
             services.user.addAccount(1, 1, "b", "2", mbservice::AUTH_TYPE_GRANTED_TO_ME);
         services.user.addAccount(1, 1, "b", "3", mbservice::AUTH_TYPE_UNKNOWN);
         services.user.addAccount(1, 1, "b", "4", mbservice::EAuthType(9));
+        services.user.accounts.append(nullptr);
         services.user.subAccounts.insert(child->key());
         services.user.parentAccounts.insert(parent->key());
         EventRecorder dialog;
