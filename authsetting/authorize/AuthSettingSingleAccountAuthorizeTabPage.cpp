@@ -324,7 +324,6 @@ void CAuthSettingSingleAccountAuthorizeTabPage::finishGrant(const QString& grant
     CAuthClient* client = getAuthClient();
     const bool done = toServer || (client && client->exportAuth(m_exportPath, m_exportPassword,
                                                                 m_granted, false) == 0);
-    wipeSecret(m_exportPassword);
     if (done)
         reloadEverything();
     const QString text = toServer ? QStringLiteral("授权成功")

@@ -404,6 +404,40 @@ private Q_SLOTS:
         VERIFY_TIP(test.button(), QStringLiteral("生成授权文件成功"), 3);
     }
 
+    void oneRecordServesEveryGrantOfTheTab()
+    {
+        SingleAccountFixture test;
+        for (const QString& ref : {QStringLiteral("ref-1"), QStringLiteral("ref-2")}) {
+            typeGrant(test);
+            sendFileGrant(test, QStringLiteral("pw"));
+            test.wait();
+            test.services.client.answerAdd(true, QString(), ref);
+        }
+        const QVector<FakeAuthClient::Export>& written = test.services.client.exports;
+        QCOMPARE(written.size(), 2);
+        QCOMPARE(written[0].grants.first().get(), written[1].grants.first().get());
+        QCOMPARE(written[1].grants.first()->grantRef, QStringLiteral("ref-2"));
+    }
+
+    void twoAnswersWithinTheBusyTimeWriteTheLaterGrantTwice()
+    {
+        SingleAccountFixture test;
+        typeGrant(test);
+        sendFileGrant(test, QStringLiteral("pw"));
+        // The dialog was closed and opened again while the first answer was still out.
+        sendFileGrant(test, QStringLiteral("other pw"));
+        test.clock.now += 0.68;
+        test.services.client.answerAdd(true, QString(), QStringLiteral("ref-1"));
+        test.services.client.answerAdd(true, QString(), QStringLiteral("ref-2"));
+        QTRY_COMPARE(test.services.client.exports.size(), 2);
+        for (const FakeAuthClient::Export& written : test.services.client.exports) {
+            QCOMPARE(written.password, QStringLiteral("other pw"));
+            QCOMPARE(written.grants.first()->grantRef, QStringLiteral("ref-2"));
+        }
+        QCOMPARE(tipTexts(), QStringList({QStringLiteral("生成授权文件成功"),
+                                          QStringLiteral("生成授权文件成功")}));
+    }
+
     void aFileThatCannotBeWrittenReloadsNothing()
     {
         SingleAccountFixture test;
