@@ -1,6 +1,7 @@
 #include "authsetting/authorize/AuthSettingSingleAccountAuthorizeTabPage.h"
 
 #include "authsetting/authorize/GrantFilePrompt.h"
+#include "authsetting/authorize/GrantMenu.h"
 #include "authsetting/authorize/MarginThreshold.h"
 #include "authsetting/authorize/SecretText.h"
 #include "authsetting/authorize/SingleAccountForm.h"
@@ -19,7 +20,6 @@
 #include "kit/widgets/ComboBox.h"
 #include "kit/widgets/LineEdit.h"
 #include "kit/widgets/MediumNormalButton.h"
-#include "kit/widgets/Menu.h"
 
 #include <QHideEvent>
 #include <QPointer>
@@ -69,14 +69,12 @@ CAuthSettingSingleAccountAuthorizeTabPage::CAuthSettingSingleAccountAuthorizeTab
     bool single, QWidget* parent)
     : IAuthSettingTabPage(pageOf(single), subPageOf(single), tabPageOf(single), parent),
       m_form(new CSingleAccountForm(this)), m_granted(boost::make_shared<CAuthDetail>()),
-      m_menu(new KZ::CMenu(this))
+      m_menu(new CGrantMenu(this))
 {
     setInnerStretchWidget(m_form, 0, 0, 0, 0);
-    const QAction* file = m_menu->addAction(QStringLiteral("文件授权"));
-    const QAction* server = m_menu->addAction(QStringLiteral("服务器授权"));
-    connect(file, &QAction::triggered, this,
+    connect(m_menu->fileAction(), &QAction::triggered, this,
             &CAuthSettingSingleAccountAuthorizeTabPage::onFileAuthTriggered);
-    connect(server, &QAction::triggered, this,
+    connect(m_menu->serverAction(), &QAction::triggered, this,
             &CAuthSettingSingleAccountAuthorizeTabPage::onServerAuthTriggered);
     connectClient();
     setDisabled(true);
@@ -144,7 +142,7 @@ void CAuthSettingSingleAccountAuthorizeTabPage::onActive()
 {
     // The reload left the button disabled; who looks at the page must be able to act.
     const mbservice::EAuthType type = authType();
-    const bool grantable = type == mbservice::AUTH_TYPE_NOT_GRANTED && m_form->rangeDays() >= 1;
+    const bool grantable = type == mbservice::AUTH_TYPE_NOT_GRANTED && m_form->days().count() >= 1;
     m_form->grantButton()->setEnabled(grantable || type == mbservice::AUTH_TYPE_GRANTED_TO_OTHER);
 }
 
@@ -223,18 +221,14 @@ void CAuthSettingSingleAccountAuthorizeTabPage::checkDates()
     QWidget* end = m_form->endEdit();
     if (!m_form->startEdit()->isEnabled() || !end->isEnabled())
         return;
-    const qint64 days = m_form->rangeDays();
-    if (days == 1)
-        showResultTip(end, QStringLiteral("授权日期为1天"), hintKind);
-    else if (days < 1)
-        showResultTip(end, QStringLiteral("授权开始时间晚于结束时间"), hintKind);
-    m_form->grantButton()->setEnabled(days >= 1);
+    if (const QString hint = m_form->days().hint(); !hint.isEmpty())
+        showResultTip(end, hint, hintKind);
+    m_form->grantButton()->setEnabled(m_form->days().count() >= 1);
 }
 
 void CAuthSettingSingleAccountAuthorizeTabPage::popUpMenu()
 {
-    const QWidget* button = m_form->grantButton();
-    m_menu->popup(button->mapToGlobal(QPoint(0, button->height() + 1)));
+    m_menu->popUpBelow(m_form->grantButton(), 1);
 }
 
 void CAuthSettingSingleAccountAuthorizeTabPage::onServerAuthTriggered(bool)

@@ -11,13 +11,10 @@
 
 #include <boost/shared_ptr.hpp>
 
-namespace KZ {
-class CMenu;
-}
-
 namespace GW {
 
 class CAccount;
+class CGrantMenu;
 class CSingleAccountForm;
 
 /// One of the user's accounts, named by the tab page's key: grants it to one user, on the server or
@@ -73,7 +70,7 @@ private:
     boost::shared_ptr<CAuthDetail> m_granted;
     QString m_exportPassword;
     QString m_exportPath;
-    KZ::CMenu* m_menu;
+    CGrantMenu* m_menu;
     /// The account that the form shows, so that a condition is not carried over to another one.
     QString m_shownKey;
     /// The user did not leave an editor that a reload or hiding the page took from him.

@@ -2,9 +2,8 @@
 
 #include "authsetting/authorize/BatchAccountsTable.h"
 #include "authsetting/authorize/FormRow.h"
-#include "authsetting/shell/ClientDate.h"
+#include "authsetting/authorize/GrantButton.h"
 #include "authsetting/shell/TableLayouts.h"
-#include "kit/dates/DateConversions.h"
 #include "kit/dates/SoftCalendarLineEdit.h"
 #include "kit/resources/UiResource.h"
 #include "kit/widgets/ComboBox.h"
@@ -15,7 +14,6 @@ namespace GW {
 namespace {
 
 constexpr int margin = 8;
-constexpr int defaultGrantDays = 7;
 
 int uiSize(const char* key)
 {
@@ -29,8 +27,8 @@ CBatchForm::CBatchForm(QWidget* parent)
       m_granteeEditor(new KZ::CComboBox(GRANTEE_EDITOR_ID, this)),
       m_startEditor(new KZ::CSoftCalendarLineEdit(START_EDITOR_ID, this)),
       m_endEditor(new KZ::CSoftCalendarLineEdit(END_EDITOR_ID, this)),
-      m_table(new CBatchAccountsTable(this)),
-      m_authorizeButton(new KZ::CMediumNormalButton(AUTHORIZE_BUTTON_ID, this))
+      m_days(m_startEditor, m_endEditor), m_table(new CBatchAccountsTable(this)),
+      m_authorizeButton(newGrantButton(AUTHORIZE_BUTTON_ID, this))
 {
     setMargin(margin, margin, margin, margin);
     setSpacing(uiSize("gw_siz_setting_accounts_item_v_space"));
@@ -39,26 +37,19 @@ CBatchForm::CBatchForm(QWidget* parent)
     m_granteeEditor->setEditable(true);
     addField(QStringLiteral("被授权人"), m_granteeEditor);
 
-    const QDate today = clientToday();
+    m_days.startToday();
+    m_days.propose();
     m_startEditor->setObjectName(QStringLiteral("halden_batch_start"));
-    m_startEditor->setMinimumDate(today);
-    m_startEditor->setDate(today);
     addField(QStringLiteral("起始时间"), m_startEditor);
 
     m_endEditor->setObjectName(QStringLiteral("halden_batch_end"));
-    m_endEditor->setMinimumDate(today);
-    m_endEditor->setDate(today.addDays(defaultGrantDays));
     addField(QStringLiteral("终止时间"), m_endEditor);
 
     restoreTableLayout(m_table);
     addStretchWidget(m_table);
 
     m_authorizeButton->setObjectName(QStringLiteral("halden_batch_authorize"));
-    m_authorizeButton->setText(QStringLiteral("授权"));
     m_authorizeButton->setAccessibleName(m_authorizeButton->text());
-    m_authorizeButton->setIcon(QStringLiteral("gw_img_auth_export"));
-    m_authorizeButton->resize(uiSize("gw_siz_auth_setting_accounts_authorize_btn_authorize_width"),
-                              uiSize("gw_siz_auth_setting_accounts_authorize_btn_height"));
     addFixWidget(m_authorizeButton);
 }
 
@@ -77,19 +68,6 @@ void CBatchForm::addField(const QString& caption, QWidget* editor)
 QString CBatchForm::grantee() const
 {
     return m_granteeEditor->currentText();
-}
-
-CAuthLimit CBatchForm::limit() const
-{
-    CAuthLimit limit;
-    limit.startTime = KZ::qDateTimeToSecond(m_startEditor->dateTime());
-    limit.endTime = KZ::qDateTimeToSecond(m_endEditor->dateTime());
-    return limit;
-}
-
-qint64 CBatchForm::days() const
-{
-    return m_startEditor->date().daysTo(m_endEditor->date()) + 1;
 }
 
 void CBatchForm::showPending(int row)

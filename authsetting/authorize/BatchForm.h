@@ -1,5 +1,6 @@
 #pragma once
 
+#include "authsetting/authorize/GrantDays.h"
 #include "authsetting/services/AuthLimit.h"
 #include "kit/widgets/WidgetList.h"
 
@@ -40,9 +41,9 @@ public:
     QString grantee() const;
 
     /// The edited range as the conditions of a grant.
-    CAuthLimit limit() const;
+    CAuthLimit limit() const { return m_days.limit(); }
     /// Number of days in the edited range; 0 or less when it is inverted.
-    qint64 days() const;
+    qint64 days() const { return m_days.count(); }
 
     /// Shows the grant in the making in one row, or in every selected one.
     void showPending(int row);
@@ -54,6 +55,7 @@ private:
     KZ::CComboBox* m_granteeEditor;
     KZ::CSoftCalendarLineEdit* m_startEditor;
     KZ::CSoftCalendarLineEdit* m_endEditor;
+    CGrantDays m_days;
     CBatchAccountsTable* m_table;
     KZ::CMediumNormalButton* m_authorizeButton;
 };

@@ -1,15 +1,14 @@
 #include "authsetting/authorize/SingleAccountForm.h"
 
 #include "authsetting/authorize/FormRow.h"
+#include "authsetting/authorize/GrantButton.h"
 #include "authsetting/authorize/GranteeList.h"
 #include "authsetting/authorize/PlatformSetting.h"
 #include "authsetting/services/Account.h"
 #include "authsetting/services/AccountKey.h"
 #include "authsetting/services/AuthDetail.h"
 #include "authsetting/shell/AccountTexts.h"
-#include "authsetting/shell/ClientDate.h"
 #include "authsetting/shell/TableLayouts.h"
-#include "kit/dates/DateConversions.h"
 #include "kit/dates/SoftCalendarLineEdit.h"
 #include "kit/resources/UiResource.h"
 #include "kit/table/OddEvenRowTable.h"
@@ -31,7 +30,6 @@ constexpr int enabledColumn = 0;
 constexpr int conditionColumn = 1;
 constexpr int thresholdColumn = 2;
 constexpr int fullThreshold = 100;
-constexpr int proposedDays = 7;
 
 int sizeOf(const char* key)
 {
@@ -56,7 +54,9 @@ KZ::CLineEdit* newDisplay(int id, QWidget* parent)
 
 } // namespace
 
-CSingleAccountForm::CSingleAccountForm(QWidget* parent) : CWidgetList(Qt::Vertical, parent)
+CSingleAccountForm::CSingleAccountForm(QWidget* parent)
+    : CWidgetList(Qt::Vertical, parent), m_start(new KZ::CSoftCalendarLineEdit(ID_START, this)),
+      m_end(new KZ::CSoftCalendarLineEdit(ID_END, this)), m_days(m_start, m_end)
 {
     setMargin(margin, margin, margin, margin);
     setSpacing(sizeOf("gw_siz_setting_accounts_item_v_space"));
@@ -102,8 +102,6 @@ void CSingleAccountForm::addRows()
     addRow(users);
 
     auto* days = new CFormRow(gap, space, this);
-    m_start = new KZ::CSoftCalendarLineEdit(ID_START, days);
-    m_end = new KZ::CSoftCalendarLineEdit(ID_END, days);
     days->addField(QStringLiteral("起始时间"), m_start, width);
     days->addField(QStringLiteral("终止时间"), m_end, width);
     addRow(days);
@@ -134,21 +132,14 @@ void CSingleAccountForm::addTable()
 
 void CSingleAccountForm::addGrantButton()
 {
-    m_grantButton = new KZ::CMediumNormalButton(ID_GRANT_BUTTON, this);
-    m_grantButton->setText(QStringLiteral("授权"));
-    m_grantButton->setIcon(QStringLiteral("gw_img_auth_export"), 0, 6);
-    m_grantButton->resize(sizeOf("gw_siz_auth_setting_accounts_authorize_btn_authorize_width"),
-                          sizeOf("gw_siz_auth_setting_accounts_authorize_btn_height"));
+    m_grantButton = newGrantButton(ID_GRANT_BUTTON, this);
     addFixWidget(m_grantButton);
 }
 
 void CSingleAccountForm::reset()
 {
-    const QDate today = clientToday();
-    m_start->setMinimumDate(today);
-    m_end->setMinimumDate(today);
-    m_start->setDate(today);
-    m_end->setDate(today.addDays(proposedDays));
+    m_days.startToday();
+    m_days.propose();
     m_grantee->clear();
     m_grantee->clearEditText();
     for (int row = 0; row < m_conditions->rowCount(); ++row)
@@ -190,8 +181,7 @@ void CSingleAccountForm::showAccount(const CAccount* account)
 void CSingleAccountForm::showGrant(const CAuthDetail& grant)
 {
     const bool conditional = grant.limit.hasMarginRatio();
-    m_start->setDateTime(KZ::secondToQDateTime(grant.limit.startTime));
-    m_end->setDateTime(KZ::secondToQDateTime(grant.limit.endTime));
+    m_days.show(grant.limit);
     m_grantee->setEditText(grant.grantee);
     setConditionTicked(conditional);
     m_conditions->setItemInt(marginRow, thresholdColumn,
@@ -204,16 +194,9 @@ void CSingleAccountForm::setConditionTicked(bool ticked)
     m_conditions->setItemChecked(marginRow, enabledColumn, ticked);
 }
 
-qint64 CSingleAccountForm::rangeDays() const
-{
-    return m_start->date().daysTo(m_end->date()) + 1;
-}
-
 CAuthLimit CSingleAccountForm::limit(bool wholePercent) const
 {
-    CAuthLimit limit;
-    limit.startTime = KZ::qDateTimeToSecond(m_start->dateTime());
-    limit.endTime = KZ::qDateTimeToSecond(m_end->dateTime());
+    CAuthLimit limit = m_days.limit();
     if (m_conditions->isItemChecked(marginRow, enabledColumn)) {
         const double percent = wholePercent ? m_conditions->itemInt(marginRow, thresholdColumn)
                                             : m_conditions->itemDouble(marginRow, thresholdColumn);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "authsetting/authorize/GrantDays.h"
 #include "authsetting/services/AuthLimit.h"
 #include "kit/widgets/WidgetList.h"
 
@@ -50,8 +51,7 @@ public:
     void showGrant(const CAuthDetail& grant);
     void setConditionTicked(bool ticked);
 
-    /// The days of the range, 1 when it begins and ends on the same day, below 1 when inverted.
-    qint64 rangeDays() const;
+    const CGrantDays& days() const { return m_days; }
     /// Days and, when ticked, condition as the user set them. `wholePercent` drops the fraction of
     /// the percentage.
     CAuthLimit limit(bool wholePercent) const;
@@ -72,8 +72,9 @@ private:
     KZ::CSimpleTextWidget* m_brokerCaption = nullptr;
     KZ::CLineEdit* m_broker = nullptr;
     KZ::CLineEdit* m_account = nullptr;
-    KZ::CSoftCalendarLineEdit* m_start = nullptr;
-    KZ::CSoftCalendarLineEdit* m_end = nullptr;
+    KZ::CSoftCalendarLineEdit* const m_start;
+    KZ::CSoftCalendarLineEdit* const m_end;
+    CGrantDays m_days;
     KZ::CComboBox* m_grantee = nullptr;
     KZ::COddEvenRowTable* m_conditions = nullptr;
     KZ::CMediumNormalButton* m_grantButton = nullptr;

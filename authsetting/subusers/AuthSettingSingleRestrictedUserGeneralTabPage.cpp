@@ -1,6 +1,7 @@
 #include "authsetting/subusers/AuthSettingSingleRestrictedUserGeneralTabPage.h"
 
-#include "authsetting/authorize/GrantFilePrompt.h"
+#include "authsetting/authorize/GrantButton.h"
+#include "authsetting/authorize/GrantMenu.h"
 #include "authsetting/authorize/SecretText.h"
 #include "authsetting/services/AccountKey.h"
 #include "authsetting/services/AuthClient.h"
@@ -17,17 +18,11 @@
 #include "kit/dates/SoftCalendarLineEdit.h"
 #include "kit/events/EventIds.h"
 #include "kit/keyboard/SoftKeyboardLineEdit.h"
-#include "kit/resources/UiResource.h"
 #include "kit/widgets/MediumNormalButton.h"
-#include "kit/widgets/Menu.h"
 #include "kit/widgets/PushButton.h"
 
 #include <QHideEvent>
-#include <QPointer>
 #include <QResizeEvent>
-
-#include <boost/bind/bind.hpp>
-#include <boost/make_shared.hpp>
 
 namespace GW {
 
@@ -70,13 +65,7 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::buildLayout()
     m_table = new CRestrictedUserTable(m_form);
     m_form->addStretchWidget(m_table, 1, 3, false);
 
-    m_grantButton = new KZ::CMediumNormalButton(grantButtonId, m_form);
-    m_grantButton->setText(QStringLiteral("授权"));
-    m_grantButton->setIcon(QStringLiteral("gw_img_auth_export"), 0, 6);
-    m_grantButton->resize(KZ::CUiResource::getSize(QStringLiteral(
-                              "gw_siz_auth_setting_accounts_authorize_btn_authorize_width")),
-                          KZ::CUiResource::getSize(
-                              QStringLiteral("gw_siz_auth_setting_accounts_authorize_btn_height")));
+    m_grantButton = newGrantButton(grantButtonId, m_form);
     m_form->addFixWidget(m_grantButton);
     setInnerStretchWidget(m_form, 0, 0, 0, 0);
 
@@ -89,11 +78,9 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::buildLayout()
     m_form->setStateHint(QStringLiteral("启用或禁用 (%1)").arg(keys));
     m_stateButton->raise();
 
-    m_menu = new KZ::CMenu(this);
-    connect(m_menu->addAction(QStringLiteral("文件授权")), &QAction::triggered, this,
-            &Self::onFileAuthTriggered);
-    connect(m_menu->addAction(QStringLiteral("服务器授权")), &QAction::triggered, this,
-            &Self::onServerAuthTriggered);
+    m_menu = new CGrantMenu(this);
+    connect(m_menu->fileAction(), &QAction::triggered, this, &Self::onFileAuthTriggered);
+    connect(m_menu->serverAction(), &QAction::triggered, this, &Self::onServerAuthTriggered);
 }
 
 void CAuthSettingSingleRestrictedUserGeneralTabPage::resizeEvent(QResizeEvent* event)
@@ -117,7 +104,7 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::reloadData()
     m_table->clearAccounts();
     m_pending.clear();
     wipeSecret(m_exportPassword);
-    m_form->refreshMinimumDates();
+    m_form->days().startToday();
     if (key().isEmpty())
         return;
     const CUserConfig* user = getUserConfig();
@@ -133,7 +120,7 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::reloadData()
     }
     // Every filled row sets the editors; only the last one's days are ever seen.
     if (m_table->rowCount() > 0)
-        m_form->setDays(lastDays);
+        m_form->days().show(lastDays);
     showState();
     refreshRows();
 }
@@ -153,13 +140,13 @@ CAuthLimit CAuthSettingSingleRestrictedUserGeneralTabPage::fillRow(int row)
         return pending->limit;
     }
     m_table->showFree(row);
-    return CRestrictedUserForm::proposedDays();
+    return CGrantDays::proposal();
 }
 
 void CAuthSettingSingleRestrictedUserGeneralTabPage::refillRow(int row)
 {
     if (m_table->account(row))
-        m_form->setDays(fillRow(row));
+        m_form->days().show(fillRow(row));
     showState();
     // In a burst the other rows follow shortly after, this one has to be right at once.
     if (!m_refreshGate.request(runsAtOnce()))
@@ -252,7 +239,7 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::onClicked(int id)
     else if (id == stateButtonId)
         onStateButton();
     else if (id == grantButtonId)
-        m_menu->popup(m_grantButton->mapToGlobal(QPoint(0, m_grantButton->height() + 1)));
+        m_menu->popUpBelow(m_grantButton, 1);
 }
 
 void CAuthSettingSingleRestrictedUserGeneralTabPage::onRowToggled(int id)
@@ -264,14 +251,14 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::onRowToggled(int id)
     if (!account)
         return;
     if (m_table->isItemChecked(row, CRestrictedUserTable::Select)) {
-        const CAuthLimit days = m_form->days();
+        const CAuthLimit days = m_form->days().limit();
         if (days.startTime > days.endTime) {
             showResultTip(m_form->endEdit(), QStringLiteral("授权截至日期必须大于起始日期"),
                           noteKind);
             m_table->setTicked(row, false);
             return;
         }
-        if (m_form->isOneDay())
+        if (m_form->days().count() == 1)
             showResultTip(m_form->endEdit(), QStringLiteral("授权日期为1天"), hintKind);
         m_pending.set(m_table->key(row), {*account, days, QString()});
     } else {

@@ -11,12 +11,12 @@
 
 namespace KZ {
 class CMediumNormalButton;
-class CMenu;
 class CPushButton;
 } // namespace KZ
 
 namespace GW {
 
+class CGrantMenu;
 class CRestrictedUserForm;
 class CRestrictedUserTable;
 
@@ -86,7 +86,7 @@ private:
     KZ::CPushButton* m_stateButton = nullptr;
     KZ::CMediumNormalButton* m_grantButton = nullptr;
     CRestrictedUserTable* m_table = nullptr;
-    KZ::CMenu* m_menu = nullptr;
+    CGrantMenu* m_menu = nullptr;
     /// To whom the current grant goes: the page may show another user before its results are in.
     QString m_grantee;
     QString m_exportPath;

@@ -1,8 +1,6 @@
 #include "authsetting/subusers/RestrictedUserForm.h"
 
 #include "authsetting/authorize/FormRow.h"
-#include "authsetting/shell/ClientDate.h"
-#include "kit/dates/DateConversions.h"
 #include "kit/dates/SoftCalendarLineEdit.h"
 #include "kit/keyboard/SoftKeyboardLineEdit.h"
 #include "kit/resources/UiResource.h"
@@ -16,7 +14,6 @@ namespace {
 constexpr int margin = 8;
 constexpr int captionGap = 8;
 constexpr int fieldGap = 10;
-constexpr int proposedRange = 7;
 
 constexpr int nameId = 0;
 constexpr int passwordId = 1;
@@ -31,7 +28,12 @@ int sizeOf(const char* key)
 
 } // namespace
 
-CRestrictedUserForm::CRestrictedUserForm(QWidget* parent) : CWidgetList(Qt::Vertical, parent)
+CRestrictedUserForm::CRestrictedUserForm(QWidget* parent)
+    : CWidgetList(Qt::Vertical, parent), m_name(new KZ::CLineEdit(nameId, this)),
+      m_password(new KZ::CSoftKeyboardLineEdit(passwordId, this)),
+      m_confirm(new KZ::CSoftKeyboardLineEdit(confirmId, this)),
+      m_start(new KZ::CSoftCalendarLineEdit(startId, this)),
+      m_end(new KZ::CSoftCalendarLineEdit(endId, this)), m_days(m_start, m_end)
 {
     setMargin(margin, margin, margin, margin);
     setSpacing(sizeOf("gw_siz_setting_accounts_item_v_space"));
@@ -43,7 +45,6 @@ CRestrictedUserForm::CRestrictedUserForm(QWidget* parent) : CWidgetList(Qt::Vert
     };
 
     auto* user = new CFormRow(captionGap, fieldGap, this);
-    m_name = new KZ::CLineEdit(nameId, user);
     m_name->setEnabled(false);
     user->addField(QStringLiteral("子用户名"), m_name, editorSize);
     m_state = user->addRemark(QString(), fieldGap);
@@ -51,8 +52,6 @@ CRestrictedUserForm::CRestrictedUserForm(QWidget* parent) : CWidgetList(Qt::Vert
     addRow(user);
 
     auto* passwords = new CFormRow(captionGap, fieldGap, this);
-    m_password = new KZ::CSoftKeyboardLineEdit(passwordId, passwords);
-    m_confirm = new KZ::CSoftKeyboardLineEdit(confirmId, passwords);
     m_password->setEchoMode(QLineEdit::Password);
     m_confirm->setEchoMode(QLineEdit::Password);
     passwords->addField(QStringLiteral("密　　码"), m_password, editorSize);
@@ -60,13 +59,11 @@ CRestrictedUserForm::CRestrictedUserForm(QWidget* parent) : CWidgetList(Qt::Vert
     addRow(passwords);
 
     auto* days = new CFormRow(captionGap, fieldGap, this);
-    m_start = new KZ::CSoftCalendarLineEdit(startId, days);
-    m_end = new KZ::CSoftCalendarLineEdit(endId, days);
     days->addField(QStringLiteral("起始时间"), m_start, editorSize);
     days->addField(QStringLiteral("终止时间"), m_end, editorSize);
     addRow(days);
-    refreshMinimumDates();
-    setDays(proposedDays());
+    m_days.startToday();
+    m_days.propose();
 }
 
 void CRestrictedUserForm::showUser(const QString& name, bool enabled)
@@ -91,41 +88,6 @@ void CRestrictedUserForm::clearPasswords()
 {
     m_password->clear();
     m_confirm->clear();
-}
-
-CAuthLimit CRestrictedUserForm::proposedDays()
-{
-    const QDate today = clientToday();
-    CAuthLimit limit;
-    limit.startTime = KZ::qDateTimeToSecond(KZ::exchangeDayStart(today));
-    limit.endTime = KZ::qDateTimeToSecond(KZ::exchangeDayStart(today.addDays(proposedRange)));
-    return limit;
-}
-
-CAuthLimit CRestrictedUserForm::days() const
-{
-    CAuthLimit limit;
-    limit.startTime = KZ::qDateTimeToSecond(m_start->dateTime());
-    limit.endTime = KZ::qDateTimeToSecond(m_end->dateTime());
-    return limit;
-}
-
-void CRestrictedUserForm::setDays(const CAuthLimit& limit)
-{
-    m_start->setDateTime(KZ::secondToQDateTime(limit.startTime));
-    m_end->setDateTime(KZ::secondToQDateTime(limit.endTime));
-}
-
-void CRestrictedUserForm::refreshMinimumDates()
-{
-    const QDate today = clientToday();
-    m_start->setMinimumDate(today);
-    m_end->setMinimumDate(today);
-}
-
-bool CRestrictedUserForm::isOneDay() const
-{
-    return m_start->date() == m_end->date();
 }
 
 } // namespace GW

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "authsetting/services/AuthLimit.h"
+#include "authsetting/authorize/GrantDays.h"
 #include "kit/widgets/WidgetList.h"
 
 #include <QString>
@@ -30,14 +30,7 @@ public:
     /// Tool tip of the state.
     void setStateHint(const QString& hint);
 
-    /// A week from today, and the days that the editors show.
-    static CAuthLimit proposedDays();
-    CAuthLimit days() const;
-    void setDays(const CAuthLimit& limit);
-    /// Lets the user enter no day before today.
-    void refreshMinimumDates();
-    /// Whether the range begins and ends on the same day.
-    bool isOneDay() const;
+    CGrantDays& days() { return m_days; }
 
     KZ::CSoftKeyboardLineEdit* passwordEdit() const { return m_password; }
     KZ::CSoftKeyboardLineEdit* confirmEdit() const { return m_confirm; }
@@ -45,12 +38,14 @@ public:
     KZ::CSoftCalendarLineEdit* endEdit() const { return m_end; }
 
 private:
-    KZ::CLineEdit* m_name = nullptr;
-    KZ::CSoftKeyboardLineEdit* m_password = nullptr;
-    KZ::CSoftKeyboardLineEdit* m_confirm = nullptr;
+    // In the order in which Tab goes through them.
+    KZ::CLineEdit* const m_name;
+    KZ::CSoftKeyboardLineEdit* const m_password;
+    KZ::CSoftKeyboardLineEdit* const m_confirm;
+    KZ::CSoftCalendarLineEdit* const m_start;
+    KZ::CSoftCalendarLineEdit* const m_end;
+    CGrantDays m_days;
     KZ::CSimpleTextWidget* m_state = nullptr;
-    KZ::CSoftCalendarLineEdit* m_start = nullptr;
-    KZ::CSoftCalendarLineEdit* m_end = nullptr;
 };
 
 } // namespace GW
