@@ -3,6 +3,7 @@ list(APPEND authorize_SOURCES AuthSettingAccountOpWidget.cpp AuthSettingAccountO
 list(APPEND authorize_SOURCES AuthSettingAccountsAuthorizeTabPage.cpp AuthSettingAccountsAuthorizeTabPage.h)
 list(APPEND authorize_SOURCES BatchAccountsTable.cpp BatchAccountsTable.h BatchForm.cpp BatchForm.h)
 list(APPEND authorize_SOURCES AuthSettingSingleAccountAuthorizeTabPage.cpp AuthSettingSingleAccountAuthorizeTabPage.h)
+list(APPEND authorize_SOURCES ExpiryHints.cpp ExpiryHints.h)
 list(APPEND authorize_SOURCES FormRow.cpp FormRow.h GrantButton.cpp GrantButton.h GrantDays.cpp GrantDays.h)
 list(APPEND authorize_SOURCES GrantMenu.cpp GrantMenu.h GrantFilePrompt.cpp GrantFilePrompt.h GranteeList.cpp GranteeList.h)
 list(APPEND authorize_SOURCES MarginThreshold.cpp MarginThreshold.h PlatformSetting.cpp PlatformSetting.h)

@@ -1,5 +1,6 @@
 #include "authsetting/overview/AuthSettingImportAuthorizationTabPage.h"
 
+#include "authsetting/authorize/ExpiryHints.h"
 #include "authsetting/authorize/GrantFilePrompt.h"
 #include "authsetting/services/AccountKey.h"
 #include "authsetting/services/AuthClient.h"
@@ -78,16 +79,18 @@ void CAuthSettingImportAuthorizationTabPage::reloadData()
     const CUserConfig* user = getUserConfig();
     if (!user)
         return;
+    const CExpiryHints hints;
     for (const boost::shared_ptr<CAccount>& account : user->accounts) {
         if (!account || account->authType != mbservice::AUTH_TYPE_GRANTED_TO_ME)
             continue;
         const QString key = account->key();
         if (!user->isSubAccount(key) && !user->hasSubAccount(key))
-            fillRow(m_table->appendRow(), *account);
+            fillRow(m_table->appendRow(), *account, hints);
     }
 }
 
-void CAuthSettingImportAuthorizationTabPage::fillRow(int row, const CAccount& account)
+void CAuthSettingImportAuthorizationTabPage::fillRow(int row, const CAccount& account,
+                                                     const CExpiryHints& hints)
 {
     m_table->setItemText(row, Platform, platformName(account, StockRule::AllButFuturesType));
     m_table->setItemText(row, Broker, brokerName(account, StockRule::AllButFuturesType));
@@ -101,6 +104,7 @@ void CAuthSettingImportAuthorizationTabPage::fillRow(int row, const CAccount& ac
     m_table->setItemText(row, Grantor, grant->grantor);
     m_table->setItemText(row, FirstDay, grantDayText(grant->limit.startTime));
     m_table->setItemText(row, LastDay, grantDayText(grant->limit.endTime));
+    hints.mark(m_table, row, State, grant->limit.endTime);
 }
 
 bool CAuthSettingImportAuthorizationTabPage::handleEvent(int eventId, int param1, int param2,

@@ -11,6 +11,7 @@ class COddEvenRowTable;
 namespace GW {
 
 class CAccount;
+class CExpiryHints;
 
 /// The accounts that other users granted to the user, and the import of a grant's file.
 ///
@@ -32,7 +33,7 @@ public Q_SLOTS:
 
 private:
     void buildLayout();
-    void fillRow(int row, const CAccount& account);
+    void fillRow(int row, const CAccount& account, const CExpiryHints& hints);
     void chooseFile();
     void importFile(const QString& path, const QString& password);
     void showResult(bool success, const QString& error);

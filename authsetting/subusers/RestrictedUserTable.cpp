@@ -57,6 +57,7 @@ void CRestrictedUserTable::clearAccounts()
     clear();
     m_rows.clear();
     m_rowOfKey.clear();
+    m_hints = CExpiryHints();
 }
 
 int CRestrictedUserTable::addAccount(const boost::shared_ptr<CAccount>& account)
@@ -110,6 +111,7 @@ void CRestrictedUserTable::showGranted(int row, const CAuthDetail& grant)
     showState(row, authTypeToString(mbservice::AUTH_TYPE_GRANTED_TO_OTHER, QString()), riseColor);
     setItemText(row, Grantee, grant.grantee);
     showDays(row, grant.limit);
+    m_hints.mark(this, row, State, grant.limit.endTime);
 }
 
 void CRestrictedUserTable::showPending(int row, const CPendingGrant& grant)
@@ -118,6 +120,7 @@ void CRestrictedUserTable::showPending(int row, const CPendingGrant& grant)
     showState(row, authTypeToString(mbservice::AUTH_TYPE_GRANTED_TO_OTHER, QString()), riseColor);
     setItemText(row, Grantee, grant.result);
     showDays(row, grant.limit);
+    CExpiryHints::unmark(this, row, State);
 }
 
 void CRestrictedUserTable::showFree(int row)
@@ -126,6 +129,7 @@ void CRestrictedUserTable::showFree(int row)
     showState(row, authTypeToString(mbservice::AUTH_TYPE_NOT_GRANTED, QString()), neutralColor);
     for (const int column : {Grantee, FirstDay, LastDay})
         setItemText(row, column, QString());
+    CExpiryHints::unmark(this, row, State);
 }
 
 void CRestrictedUserTable::showAccount(int row, bool locked, bool cancellable)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "authsetting/authorize/ExpiryHints.h"
 #include "authsetting/subusers/PendingGrant.h"
 #include "kit/table/OddEvenRowTable.h"
 
@@ -90,6 +91,7 @@ private:
     };
     QVector<Row> m_rows;
     QHash<QString, int> m_rowOfKey;
+    CExpiryHints m_hints;
 };
 
 } // namespace GW

@@ -6,6 +6,8 @@
 #include "tests/support/TestCase.h"
 #include "tests/support/fakes/FakeServices.h"
 
+#include <QTableView>
+
 /// The widget of a class of the kit that carries the identifier `id`, null without one.
 template <class Widget>
 Widget* byId(const QWidget* root, int id)
@@ -56,6 +58,20 @@ inline QStringList headerTexts(const KZ::COddEvenRowTable* table)
     for (int column = 0; column < table->columnCount(); ++column)
         texts.append(table->headerText(column));
     return texts;
+}
+
+/// The tool tip of a cell that shows an icon, empty without one.
+inline QString expiryMark(const KZ::COddEvenRowTable* table, int row, int column)
+{
+    const QAbstractItemModel* model = table->view()->model();
+    for (int at = 0; at < model->rowCount(); ++at) {
+        const QModelIndex cell = model->index(at, column);
+        if (cell.data(KZ::COddEvenRowTable::ROW_IDENTIFIER_ROLE).toInt() != row)
+            continue;
+        return cell.data(Qt::DecorationRole).isNull() ? QString()
+                                                      : cell.data(Qt::ToolTipRole).toString();
+    }
+    return QStringLiteral("no such row");
 }
 
 /// Seconds of a day's first moment in the exchange time zone.
