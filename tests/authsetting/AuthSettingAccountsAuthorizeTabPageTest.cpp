@@ -92,6 +92,7 @@ private Q_SLOTS:
         test.add("10");
         test.add("11", 1, mbservice::AUTH_TYPE_GRANTED_TO_ME);
         test.add("12", 1, mbservice::AUTH_TYPE_UNKNOWN);
+        test.services.user.accounts.append(nullptr);
         test.addGranted("13", QStringLiteral("bob"));
         test.services.user.subAccounts.insert(test.add("14")->key());
         test.services.user.parentAccounts.insert(test.add("15")->key());
@@ -172,6 +173,20 @@ private Q_SLOTS:
         QCOMPARE(test.grantee->count(), 2);
         QCOMPARE(test.grantee->currentText(), QStringLiteral("typed"));
         QVERIFY(test.services.client.checkedUsers.isEmpty());
+    }
+
+    void aReloadKeepsTheDaysAndWhatTheyAllow()
+    {
+        BatchUnderTest test;
+        test.show();
+        test.start->setDate(QDate(2026, 4, 5));
+        test.end->setDate(QDate(2026, 4, 1));
+        test.page->handleEvent(87, 1, 0, QString(), nullptr);
+        test.services.time.now = test.services.time.now.addDays(1);
+        test.page->reloadData();
+        QCOMPARE(test.start->date(), QDate(2026, 4, 5));
+        QCOMPARE(test.end->date(), QDate(2026, 4, 1));
+        QVERIFY(!test.button->isEnabled());
     }
 
     void aTickShowsTheGrantInTheMakingAndTakesItBack()
@@ -302,10 +317,12 @@ private Q_SLOTS:
     {
         BatchUnderTest test;
         test.show();
+        // Room below the button for the whole menu.
+        test.page->resize(700, 400);
+        QCoreApplication::processEvents();
         test.button->click();
         QTRY_VERIFY(test.menu->isVisible());
-        const QPoint corner = test.button->mapToGlobal(QPoint(0, test.button->height()));
-        QCOMPARE(test.menu->x(), corner.x());
+        QCOMPARE(test.menu->pos(), test.button->mapToGlobal(QPoint(0, test.button->height())));
         test.menu->hide();
     }
 

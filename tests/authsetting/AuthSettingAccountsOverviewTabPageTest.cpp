@@ -98,6 +98,7 @@ private Q_SLOTS:
         test.add("11", 1, mbservice::AUTH_TYPE_GRANTED_TO_ME);
         test.add("12", 1, mbservice::AUTH_TYPE_UNKNOWN);
         test.add("13", 1, mbservice::EAuthType(4));
+        test.services.user.accounts.append(nullptr);
         test.addGranted("05", QStringLiteral("bob"));
         test.services.user.subAccounts.insert(test.add("14")->key());
         test.services.user.parentAccounts.insert(test.addGranted("15", QStringLiteral("x"))->key());

@@ -1,6 +1,7 @@
 #include "authsetting/shell/AuthSettingEvents.h"
 #include "kit/resources/UiResource.h"
 #include "kit/table/OddEvenRowTable.h"
+#include "kit/widgets/MediumNormalButton.h"
 #include "tests/authsetting/DialogTools.h"
 #include "tests/support/TestCase.h"
 #include "utils/LogCenter.h"
@@ -46,7 +47,11 @@ private Q_SLOTS:
         QVERIFY(!(test.dialog.windowFlags() & Qt::WindowContextHelpButtonHint));
         QVERIFY(test.navigator());
         QCOMPARE(test.navigator()->topLevelItemCount(), 0);
-        QCOMPARE(test.closeButton()->text(), QStringLiteral("关闭"));
+        const auto* close = qobject_cast<KZ::CMediumNormalButton*>(test.closeButton());
+        QVERIFY(close);
+        QCOMPARE(close->id(), 102);
+        QCOMPARE(close->command(), 1);
+        QCOMPARE(close->text(), QStringLiteral("关闭"));
         QCOMPARE(test.closeButton()->size(),
                  QSize(uiSize("gw_siz_setting_inner_bottom_btn_width"),
                        uiSize("gw_siz_setting_inner_bottom_btn_height")));

@@ -1,9 +1,10 @@
 #include "authsetting/overview/AuthSettingImportAuthorizationTabPage.h"
-#include "authsetting/services/Services.h"
 
+#include "authsetting/services/Services.h"
 #include "authsetting/shell/AuthSettingEvents.h"
 #include "tests/authsetting/TabPageTools.h"
 
+#include <QDir>
 #include <QTemporaryDir>
 
 namespace {
@@ -56,8 +57,8 @@ struct ImportFixture
     {
         services.config.addPlatform(1, QStringLiteral("期货平台"));
         services.config.addStkPlatform(1, QStringLiteral("股票平台"));
-        services.user.brokers.insert({1, QStringLiteral("9000")}, QStringLiteral("东海期货"));
-        services.user.stkBrokers.insert({1, QStringLiteral("9000")}, QStringLiteral("东海证券"));
+        services.user.brokers.insert({1, QStringLiteral("9000")}, QStringLiteral("远山期货"));
+        services.user.stkBrokers.insert({1, QStringLiteral("9000")}, QStringLiteral("临江证券"));
         QFile file(path());
         if (!file.open(QIODevice::WriteOnly) || file.write("sealed") != 6)
             QTest::qFail("no file to import", __FILE__, __LINE__);
@@ -148,6 +149,7 @@ private Q_SLOTS:
         test.services.user.subAccounts.insert(test.receive("sub")->key());
         test.services.user.parentAccounts.insert(test.receive("parent")->key());
         test.receive("b");
+        test.services.user.accounts.append(nullptr);
         test.receive("a");
         test.page.reloadData();
         test.page.reloadData();
@@ -168,7 +170,7 @@ private Q_SLOTS:
         test.page.reloadData();
         QCOMPARE(
             rowTexts(test.table(), 0),
-            QStringList({QStringLiteral("期货平台"), QStringLiteral("东海期货"),
+            QStringList({QStringLiteral("期货平台"), QStringLiteral("远山期货"),
                          QStringLiteral("1001"), account->authTypeString(), QStringLiteral("giver"),
                          QStringLiteral("2026-03-01"), QStringLiteral("2026-04-01")}));
         QCOMPARE(test.table()->itemTextColorKey(0, 3),
@@ -176,6 +178,20 @@ private Q_SLOTS:
         QCOMPARE(rowTexts(test.table(), 1).mid(2),
                  QStringList({QStringLiteral("别名"), account->authTypeString(), QString(),
                               QString(), QString()}));
+    }
+
+    void aGrantNearItsEndIsMarkedBesideItsState()
+    {
+        ImportFixture test;
+        for (const int days : {3, 4}) {
+            const auto account = test.receive(std::to_string(days));
+            test.services.grant(account, QStringLiteral("trader01"), testToday(),
+                                testToday().addDays(days));
+            account->authType = mbservice::AUTH_TYPE_GRANTED_TO_ME;
+        }
+        test.page.reloadData();
+        QCOMPARE(expiryMark(test.table(), 0, 3), QStringLiteral("还有 3 天到期"));
+        QCOMPARE(expiryMark(test.table(), 1, 3), QString());
     }
 
     void everyTypeButOneIsStock()
@@ -187,7 +203,7 @@ private Q_SLOTS:
         test.page.reloadData();
         for (const int row : {0, 1}) {
             QCOMPARE(test.table()->itemText(row, 0), QStringLiteral("股票平台"));
-            QCOMPARE(test.table()->itemText(row, 1), QStringLiteral("东海证券"));
+            QCOMPARE(test.table()->itemText(row, 1), QStringLiteral("临江证券"));
         }
         QCOMPARE(test.table()->itemText(2, 0), QString());
     }
@@ -221,6 +237,23 @@ private Q_SLOTS:
         QCOMPARE(test.top.events.first().param1, 2020001);
         QCOMPARE(test.top.events.first().param2, 1);
         QVERIFY(tipTexts().isEmpty());
+    }
+
+    void theFileIsLookedForInTheCurrentFolder()
+    {
+        ImportFixture test;
+        ModalDriver dialogs;
+        QString folder;
+        QFileDialog::AcceptMode mode = QFileDialog::AcceptSave;
+        dialogs.expect([&](QWidget* window) {
+            auto* dialog = qobject_cast<QFileDialog*>(window);
+            folder = dialog->directory().absolutePath();
+            mode = dialog->acceptMode();
+            dialog->reject();
+        });
+        QVERIFY(test.page.handleEvent(5, 0, 0, QString(), nullptr));
+        QCOMPARE(folder, QDir::currentPath());
+        QCOMPARE(mode, QFileDialog::AcceptOpen);
     }
 
     void aCancelledDialogImportsNothing()

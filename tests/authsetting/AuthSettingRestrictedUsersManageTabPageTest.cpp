@@ -304,6 +304,36 @@ private Q_SLOTS:
         QCOMPARE(test.states(), QStringList({off, on}));
     }
 
+    void aResultForAUserWhoIsGoneOnlyReloadsTheTree()
+    {
+        ManageFixture test;
+        test.page.reloadData();
+        test.click(100);
+        test.services.client.subUsers.removeFirst();
+        test.page.reloadData();
+        test.wait();
+        test.answer(QStringLiteral("a"), false, true);
+        QCOMPARE(test.table()->rowCount(), 2);
+        QCOMPARE(test.states(), QStringList({off, on}));
+        QCOMPARE(test.top.of(GW::EVENT_RELOAD_NAVIGATOR).size(), 1);
+        QVERIFY(tipTexts().isEmpty());
+    }
+
+    void aStateThatIsReachedBackGivesTheRowItsButtonAgain()
+    {
+        ManageFixture test;
+        test.page.reloadData();
+        test.click(0);
+        test.services.client.activeSubUsers.insert(QStringLiteral("b"));
+        test.wait();
+        for (const char* user : {"a", "c", "b"})
+            test.answer(QString::fromLatin1(user), true, true);
+        QCOMPARE(test.states(), QStringList({on, on, on}));
+        auto* button = qobject_cast<KZ::CSmallNormalButton*>(test.table()->itemWidget(1, 3));
+        QVERIFY(button);
+        QCOMPARE(button->id(), 101);
+    }
+
     void worksWithoutAnyService()
     {
         EventRecorder top;

@@ -99,6 +99,26 @@ private Q_SLOTS:
         QCOMPARE(dialog.events[1].param2, 0);
     }
 
+    void theTimeCountsFromWhenTheBusyStateIsShown()
+    {
+        class SlowDialog : public EventRecorder
+        {
+        public:
+            bool handleEvent(int eventId, int param1, int param2, QString text, void* data) override
+            {
+                clock.now += 5;
+                return EventRecorder::handleEvent(eventId, param1, param2, text, data);
+            }
+            StandingClock clock;
+        };
+        SlowDialog dialog;
+        SomeTabPage tab(&dialog);
+        tab.beginRequest();
+        int runs = 0;
+        tab.finishRequest([&] { ++runs; });
+        QCOMPARE(runs, 0);
+    }
+
     void theRestIsCutToWholeMilliseconds()
     {
         EventRecorder dialog;

@@ -108,7 +108,7 @@ private Q_SLOTS:
     {
         FileGrant grant;
         StandingClock clock;
-        grant.grant(QStringLiteral("geheim 1"));
+        grant.grant(QStringLiteral(" secret 1 "));
         FakeAuthClient& client = grant.test.services.client;
         QCOMPARE(client.addAuths.size(), 2);
         QVERIFY(!client.addAuths[0].toServer);
@@ -122,7 +122,7 @@ private Q_SLOTS:
         QCOMPARE(client.exports.size(), 1);
         const FakeAuthClient::Export& written = client.exports[0];
         QCOMPARE(written.path, grant.path);
-        QCOMPARE(written.password, QStringLiteral("geheim 1"));
+        QCOMPARE(written.password, QStringLiteral(" secret 1 "));
         QVERIFY(!written.oneGrantForm);
         QCOMPARE(written.grants.size(), 2);
         const auto detail = written.grants[0];

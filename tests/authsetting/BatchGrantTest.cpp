@@ -38,6 +38,18 @@ private:
     QHash<QString, boost::shared_ptr<GW::CAccount>> m_byKey;
 };
 
+/// Answers every grant at once.
+class PromptClient : public FakeAuthClient
+{
+public:
+    void addAuth(QString grantee, const mbservice::CAccountInfo& account, GW::CAuthLimit& limit,
+                 QVariant tag, bool toServer) override
+    {
+        FakeAuthClient::addAuth(grantee, account, limit, tag, toServer);
+        answerAdd(true);
+    }
+};
+
 } // namespace
 
 class BatchGrantTest : public TestCase
@@ -73,9 +85,7 @@ private Q_SLOTS:
     void anEmptyGranteeIsToldSecond()
     {
         BatchUnderTest test;
-        test.add("10");
-        test.page->reloadData();
-        test.show();
+        test.open({"10"});
         test.tick(0, true);
         for (auto grant : {&GW::CAuthSettingAccountsAuthorizeTabPage::onServerAuthTriggered,
                            &GW::CAuthSettingAccountsAuthorizeTabPage::onFileAuthTriggered}) {
@@ -95,9 +105,7 @@ private Q_SLOTS:
         test.addGranted("11", QStringLiteral("amy"));
         const auto third = test.add("12", 2);
         third->accountAlias = "别名";
-        test.add("13");
-        test.page->reloadData();
-        test.show();
+        test.open({"13"});
         test.tick(2, true);
         test.tick(0, true);
         test.grantee->setEditText(QStringLiteral(" bob "));
@@ -128,12 +136,44 @@ private Q_SLOTS:
         QVERIFY(tipTexts().isEmpty());
     }
 
-    void anInvertedRangeIsNotCheckedAtGrantTime()
+    void anAccountThatTheConfigurationLostGetsNoMessage()
     {
         BatchUnderTest test;
         test.add("10");
+        const auto kept = test.add("11");
         test.page->reloadData();
         test.show();
+        test.tickAllAndName(QStringLiteral("bob"));
+        test.services.user.accounts.removeFirst();
+        test.page->onServerAuthTriggered(false);
+        QCOMPARE(test.services.client.addAuths.size(), 2);
+        QCOMPARE(test.services.messages.messages.size(), 1);
+        QCOMPARE(test.services.messages.messages[0].accountKey, kept->key());
+    }
+
+    void aClientMayAnswerBeforeItReturns()
+    {
+        BatchUnderTest test;
+        StandingClock clock;
+        PromptClient client;
+        GW::installServices(&client, &test.services.user, &test.services.config,
+                            &test.services.messages, &test.services.time);
+        delete test.page;
+        test.create();
+        test.open({"10", "11"});
+        test.grantAllTo(QStringLiteral("bob"));
+        QCOMPARE(client.addAuths.size(), 2);
+        QCOMPARE(test.dialog.events.size(), 1);
+        QTRY_COMPARE(tipTexts(), QStringList(QStringLiteral("授权成功")));
+        QCOMPARE(test.dialog.ids(), QVector<int>({GW::EVENT_SET_WAITING, GW::EVENT_SET_WAITING,
+                                                  GW::EVENT_RELOAD_NAVIGATOR}));
+        delete test.page;
+    }
+
+    void anInvertedRangeIsNotCheckedAtGrantTime()
+    {
+        BatchUnderTest test;
+        test.open({"10"});
         test.tickAllAndName(QStringLiteral("bob"));
         test.end->setDate(QDate(2026, 2, 1));
         test.page->onServerAuthTriggered(false);
@@ -145,12 +185,8 @@ private Q_SLOTS:
     {
         BatchUnderTest test;
         StandingClock clock;
-        test.add("10");
-        test.add("11");
-        test.page->reloadData();
-        test.show();
-        test.tickAllAndName(QStringLiteral("bob"));
-        test.page->onServerAuthTriggered(false);
+        test.open({"10", "11"});
+        test.grantAllTo(QStringLiteral("bob"));
         test.services.user.accounts.removeLast();
         clock.now += 1;
         test.services.client.answerAdd(true, QString(), QStringLiteral("ref1"));
@@ -173,12 +209,8 @@ private Q_SLOTS:
     {
         BatchUnderTest test;
         StandingClock clock;
-        test.add("10");
-        test.add("11");
-        test.page->reloadData();
-        test.show();
-        test.tickAllAndName(QStringLiteral("bob"));
-        test.page->onServerAuthTriggered(false);
+        test.open({"10", "11"});
+        test.grantAllTo(QStringLiteral("bob"));
         clock.now += 1;
         test.services.client.answerAdd(true);
         test.services.client.answerAdd(false, QStringLiteral("账号已授权"));
@@ -191,12 +223,8 @@ private Q_SLOTS:
     {
         BatchUnderTest test;
         StandingClock clock;
-        test.add("10");
-        test.add("11");
-        test.page->reloadData();
-        test.show();
-        test.tickAllAndName(QStringLiteral("bob"));
-        test.page->onServerAuthTriggered(false);
+        test.open({"10", "11"});
+        test.grantAllTo(QStringLiteral("bob"));
         test.services.user.accounts.clear();
         clock.now += 1;
         test.services.client.answerAdd(false, QStringLiteral("一"));
@@ -212,12 +240,8 @@ private Q_SLOTS:
     {
         BatchUnderTest test;
         StandingClock clock;
-        test.add("10");
-        test.add("11");
-        test.page->reloadData();
-        test.show();
-        test.tickAllAndName(QStringLiteral("bob"));
-        test.page->onServerAuthTriggered(false);
+        test.open({"10", "11"});
+        test.grantAllTo(QStringLiteral("bob"));
         clock.now += 0.6;
         test.services.client.answerAdd(false, QStringLiteral("一"));
         QCOMPARE(tipTexts().size(), 1);
@@ -233,16 +257,12 @@ private Q_SLOTS:
     {
         BatchUnderTest test;
         StandingClock clock;
-        test.add("10");
-        test.page->reloadData();
-        test.show();
-        test.tickAllAndName(QStringLiteral("bob"));
-        test.page->onServerAuthTriggered(false);
+        test.open({"10"});
+        test.grantAllTo(QStringLiteral("bob"));
         clock.now += 1;
         test.services.client.answerAdd(true);
         KZ::CMessageTip::closeAll();
-        test.tickAllAndName(QStringLiteral("bob"));
-        test.page->onServerAuthTriggered(false);
+        test.grantAllTo(QStringLiteral("bob"));
         clock.now += 1;
         test.services.client.answerAdd(false, QStringLiteral("x"));
         QCOMPARE(tipTexts(), QStringList(QStringLiteral("权限出错！错误信息：x")));
@@ -251,12 +271,8 @@ private Q_SLOTS:
     void resultsFromAnotherThreadArriveInTheGuiThread()
     {
         BatchUnderTest test;
-        test.add("10");
-        test.add("11");
-        test.page->reloadData();
-        test.show();
-        test.tickAllAndName(QStringLiteral("bob"));
-        test.page->onServerAuthTriggered(false);
+        test.open({"10", "11"});
+        test.grantAllTo(QStringLiteral("bob"));
         const std::unique_ptr<QThread> thread(QThread::create([&] {
             test.services.client.answerAdd(true);
             test.services.client.answerAdd(true);
@@ -273,8 +289,7 @@ private Q_SLOTS:
         const auto account = test.add("10");
         test.page->reloadData();
         test.show();
-        test.tickAllAndName(QStringLiteral("bob"));
-        test.page->onServerAuthTriggered(false);
+        test.grantAllTo(QStringLiteral("bob"));
         test.services.user.accounts.clear();
         const QVariant tag(int(quint32(quintptr(test.page))) + 8);
         Q_EMIT test.services.client.sigAddAuthResult(QStringLiteral("bob"), *account, {}, QString(),
@@ -314,6 +329,16 @@ private Q_SLOTS:
         QVERIFY(tipTexts().isEmpty());
     }
 
+    void theGranteeIsReadBackFromTheTable()
+    {
+        BatchUnderTest test;
+        test.addGranted("10", QStringLiteral("amy"));
+        test.page->reloadData();
+        test.table->setItemText(0, 5, QStringLiteral("shown"));
+        QVERIFY(test.page->handleEvent(GW::EVENT_CANCEL_AUTH, 0, 0, QString(), nullptr));
+        QCOMPARE(test.services.client.delAuths[0].grantee, QStringLiteral("shown"));
+    }
+
     void aFailedCancelIsToldAtItsRow()
     {
         BatchUnderTest test;
@@ -348,11 +373,8 @@ private Q_SLOTS:
     {
         BatchUnderTest test;
         StandingClock clock;
-        test.add("10");
-        test.page->reloadData();
-        test.show();
-        test.tickAllAndName(QStringLiteral("bob"));
-        test.page->onServerAuthTriggered(false);
+        test.open({"10"});
+        test.grantAllTo(QStringLiteral("bob"));
         test.page->hide();
         clock.now += 1;
         test.services.client.answerAdd(true);
@@ -363,12 +385,8 @@ private Q_SLOTS:
     {
         BatchUnderTest test;
         StandingClock clock;
-        test.add("10");
-        test.add("11");
-        test.page->reloadData();
-        test.show();
-        test.tickAllAndName(QStringLiteral("bob"));
-        test.page->onServerAuthTriggered(false);
+        test.open({"10", "11"});
+        test.grantAllTo(QStringLiteral("bob"));
         clock.now += 0.69;
         test.services.client.answerAdd(true);
         delete test.page;

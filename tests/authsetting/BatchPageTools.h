@@ -12,6 +12,8 @@
 
 #include <QMenu>
 
+#include <initializer_list>
+
 /// The batch tab under a recorder in the dialog's place, with a client that answers nothing by
 /// itself. Today is 2026-03-02.
 struct BatchUnderTest
@@ -62,6 +64,15 @@ struct BatchUnderTest
         return account;
     }
 
+    /// Shows the page with these accounts of the user's own.
+    void open(std::initializer_list<const char*> ids)
+    {
+        for (const char* id : ids)
+            add(id);
+        page->reloadData();
+        show();
+    }
+
     QStringList row(int row) const
     {
         QStringList texts;
@@ -85,6 +96,12 @@ struct BatchUnderTest
                 tick(row, true);
         }
         grantee->setEditText(user);
+    }
+
+    void grantAllTo(const QString& user)
+    {
+        tickAllAndName(user);
+        page->onServerAuthTriggered(false);
     }
 
     FakeServices services;

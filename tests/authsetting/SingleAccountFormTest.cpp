@@ -3,6 +3,15 @@
 
 #include <QTableView>
 
+namespace {
+
+int uiSize(const char* key)
+{
+    return KZ::CUiResource::getSize(QString::fromLatin1(key));
+}
+
+} // namespace
+
 /// What the single account tab shows of an account, and what it lets the user enter.
 class SingleAccountFormTest : public TestCase
 {
@@ -72,6 +81,44 @@ private Q_SLOTS:
                                             "gw_siz_auth_setting_auth_advanced_key_width")));
         QCOMPARE(table->columnWidth(2), KZ::CUiResource::getSize(QStringLiteral(
                                             "gw_siz_auth_setting_auth_advanced_value_width")));
+    }
+
+    void theRegistryGivesTheSizes()
+    {
+        SingleAccountFixture test;
+        test.top.resize(900, 500);
+        test.top.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&test.top));
+        const int height = uiSize("gw_siz_auth_setting_accounts_authorize_row_height");
+        const int pitch = height + uiSize("gw_siz_setting_accounts_item_v_space");
+        const int width = uiSize("gw_siz_setting_accounts_editor_width");
+        const QVector<std::pair<QWidget*, QWidget*>> rows{{test.field(0), test.field(1)},
+                                                          {test.field(2), test.grantee()},
+                                                          {test.start(), test.end()}};
+        for (int row = 0; row < rows.size(); ++row) {
+            const auto& [left, right] = rows[row];
+            const QWidget* line = left->parentWidget();
+            QCOMPARE(right->parentWidget(), line);
+            QCOMPARE(line->mapTo(test.page, QPoint(0, 0)), QPoint(8, 8 + row * pitch));
+            QCOMPARE(line->height(), height);
+            QCOMPARE(left->width(), width);
+            QCOMPARE(right->width(), width);
+            const QWidget* caption =
+                line->childAt(left->geometry().right() + 1 +
+                                  uiSize("gw_siz_auth_setting_single_account_row_inner_space"),
+                              line->height() / 2);
+            QVERIFY(qobject_cast<const KZ::CSimpleTextWidget*>(caption));
+            QCOMPARE(caption->x(),
+                     left->geometry().right() + 1 +
+                         uiSize("gw_siz_auth_setting_single_account_row_inner_space"));
+        }
+        QVERIFY(test.state()->x() > test.grantee()->geometry().right());
+        QCOMPARE(test.state()->parentWidget(), test.grantee()->parentWidget());
+        QCOMPARE(test.table()->mapTo(test.page, QPoint(0, 0)), QPoint(8, 8 + 3 * pitch));
+        QCOMPARE(test.button()->size(),
+                 QSize(uiSize("gw_siz_auth_setting_accounts_authorize_btn_authorize_width"),
+                       uiSize("gw_siz_auth_setting_accounts_authorize_btn_height")));
+        QCOMPARE(test.button()->mapTo(test.page, QPoint(0, test.button()->height())).y(), 500 - 8);
     }
 
     void keepsTheTablesLayoutBetweenTwoLives()
@@ -173,11 +220,11 @@ private Q_SLOTS:
         QTest::addColumn<QString>("platform");
         QTest::addColumn<QString>("caption");
         QTest::addColumn<QString>("broker");
-        const QString futuresBroker = QStringLiteral("东海期货");
+        const QString futuresBroker = QStringLiteral("远山期货");
         QTest::newRow("futures") << 1 << QStringLiteral("期货平台") << QStringLiteral("经纪公司")
                                  << futuresBroker;
         QTest::newRow("stock") << 2 << QStringLiteral("股票平台") << QStringLiteral("证券公司")
-                               << QStringLiteral("东海证券");
+                               << QStringLiteral("临江证券");
         QTest::newRow("other") << 7 << QStringLiteral("期货平台") << QStringLiteral("经纪公司")
                                << futuresBroker;
     }

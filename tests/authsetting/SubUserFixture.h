@@ -23,8 +23,8 @@ struct SubUserFixture
     {
         services.config.addPlatform(1, QStringLiteral("期货平台"));
         services.config.addStkPlatform(1, QStringLiteral("股票平台"));
-        services.user.brokers.insert({1, QStringLiteral("9000")}, QStringLiteral("东海期货"));
-        services.user.stkBrokers.insert({1, QStringLiteral("9000")}, QStringLiteral("东海证券"));
+        services.user.brokers.insert({1, QStringLiteral("9000")}, QStringLiteral("远山期货"));
+        services.user.stkBrokers.insert({1, QStringLiteral("9000")}, QStringLiteral("临江证券"));
         services.client.subUsers = {QStringLiteral("ops")};
         services.client.activeSubUsers = {QStringLiteral("ops")};
         for (int number = 0; number < 4; ++number) {

@@ -68,6 +68,45 @@ private Q_SLOTS:
         }
     }
 
+    void theRegistryGivesTheSizes()
+    {
+        SubUserFixture test;
+        test.page->reloadData();
+        test.top.resize(900, 500);
+        test.top.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&test.top));
+        const auto size = [](const char* key) {
+            return KZ::CUiResource::getSize(QString::fromLatin1(key));
+        };
+        const QSize editor(size("gw_siz_setting_accounts_item_width"),
+                           size("gw_siz_setting_accounts_item_height"));
+        const int height = size("gw_siz_auth_setting_accounts_authorize_row_height");
+        const int pitch = height + size("gw_siz_setting_accounts_item_v_space");
+        const QVector<std::pair<QWidget*, QWidget*>> rows{{test.name(), test.state()},
+                                                          {test.password(), test.confirm()},
+                                                          {test.start(), test.end()}};
+        for (int row = 0; row < rows.size(); ++row) {
+            const auto& [left, right] = rows[row];
+            const QWidget* line = left->parentWidget();
+            QCOMPARE(right->parentWidget(), line);
+            QCOMPARE(line->mapTo(test.page, QPoint(0, 0)), QPoint(8, 8 + row * pitch));
+            QCOMPARE(line->height(), height);
+            QCOMPARE(left->size(), editor);
+            // A caption, 8 pixels, an editor, 10 pixels, and what stands right of it.
+            const QWidget* caption = line->childAt(1, height / 2);
+            QVERIFY(qobject_cast<const KZ::CSimpleTextWidget*>(caption));
+            QCOMPARE(left->x(), caption->geometry().right() + 1 + 8);
+            const QWidget* next = line->childAt(left->geometry().right() + 1 + 10 + 1, height / 2);
+            QVERIFY(qobject_cast<const KZ::CSimpleTextWidget*>(next));
+            QCOMPARE(next->x(), left->geometry().right() + 1 + 10);
+            if (next == right)
+                continue;
+            QCOMPARE(right->size(), editor);
+            QCOMPARE(right->x(), next->geometry().right() + 1 + 8);
+        }
+        QCOMPARE(test.table()->mapTo(test.page, QPoint(0, 0)), QPoint(8, 8 + 3 * pitch));
+    }
+
     void keepsTheTablesLayoutBetweenTwoLives()
     {
         FakeServices services;
@@ -87,6 +126,7 @@ private Q_SLOTS:
         for (const int type : {0, 2, 9})
             test.services.user.addAccount(1, 1, "9000", "other",
                                           static_cast<mbservice::EAuthType>(type));
+        test.services.user.accounts.append(nullptr);
         test.services.user.subAccounts.insert(test.accounts[0]->key());
         test.services.user.parentAccounts.insert(test.accounts[3]->key());
         test.page->reloadData();
@@ -111,7 +151,7 @@ private Q_SLOTS:
         SubUserFixture test;
         test.page->reloadData();
         QCOMPARE(rowTexts(test.table(), 0),
-                 QStringList({QString(), QStringLiteral("期货平台"), QStringLiteral("东海期货"),
+                 QStringList({QString(), QStringLiteral("期货平台"), QStringLiteral("远山期货"),
                               QStringLiteral("1000"), freeText, QString(), QString(), QString(),
                               QString()}));
         QCOMPARE(
@@ -162,6 +202,20 @@ private Q_SLOTS:
         QVERIFY(!test.table()->itemWidget(2, 8)->isVisible());
     }
 
+    void aGrantNearItsEndIsMarkedUntilItsRowIsFreeAgain()
+    {
+        SubUserFixture test;
+        test.services.grant(test.accounts[2], QStringLiteral("ops"), testToday(), testToday());
+        test.page->reloadData();
+        QCOMPARE(expiryMark(test.table(), 2, 4), QStringLiteral("今天到期"));
+        QCOMPARE(expiryMark(test.table(), 3, 4), QString());
+        QCOMPARE(test.cell(2, 4), grantedText);
+        test.services.client.grants.clear();
+        test.table()->selectRow(2);
+        test.deliver(41);
+        QCOMPARE(expiryMark(test.table(), 2, 4), QString());
+    }
+
     void unknownPlatformsAndBrokersShowTheirIdentifiers()
     {
         SubUserFixture test;
@@ -173,7 +227,7 @@ private Q_SLOTS:
         QCOMPARE(rowTexts(test.table(), 0).mid(1, 2),
                  QStringList({QStringLiteral("77"), QStringLiteral("X9")}));
         QCOMPARE(rowTexts(test.table(), 1).mid(1, 3),
-                 QStringList({QStringLiteral("股票平台"), QStringLiteral("东海证券"),
+                 QStringList({QStringLiteral("股票平台"), QStringLiteral("临江证券"),
                               QStringLiteral("别名")}));
     }
 
@@ -315,6 +369,22 @@ private Q_SLOTS:
         test.deliver(41);
         QVERIFY2(test.ticked(0), "the next refresh ticks what is pending");
         QCOMPARE(test.cell(0, 6), QStringLiteral("2026-03-10"));
+    }
+
+    void changedDaysReachAnEnabledOrLockedTickAlike()
+    {
+        SubUserFixture test;
+        test.page->reloadData();
+        test.table()->selectRow(2);
+        test.setDays(QDate(2026, 3, 10), QDate(2026, 3, 12));
+        QVERIFY(test.deliver(87, 3));
+        QCOMPARE(test.cell(2, 4), modified);
+        // The grant that stands is what the row and the editors go on to show.
+        QCOMPARE(test.cell(2, 6), QStringLiteral("2026-01-02"));
+        QCOMPARE(test.start()->date(), QDate(2026, 1, 2));
+        QVERIFY(!test.table()->isItemCheckEnabled(2, 0));
+        test.page->reloadData();
+        QCOMPARE(test.cell(2, 4), grantedText);
     }
 
     void changedDaysOfAnUntickedRowFallBack()
