@@ -1,20 +1,14 @@
-#include "kit/resources/UiResource.h"
-#include "kit/tips/MessageTip.h"
-#include "tests/kit/EventRecorder.h"
+#include "tests/kit/TipWindow.h"
 #include "tests/support/TestCase.h"
 
 #include <QDialog>
-#include <QLineEdit>
-#include <QPlainTextEdit>
 #include <QScreen>
 #include <QStackedWidget>
 #include <QToolButton>
 
-#include <memory>
-
 using namespace KZ;
 
-class MessageTipPlaceTest : public TestCase
+class MessageTipPlaceTest : public TestCase, private TipWindow
 {
     Q_OBJECT
 
@@ -39,49 +33,18 @@ private Q_SLOTS:
     void itStaysOnTheScreen();
     void itShowsAfterADialogHasClosed();
     void itHidesWithTheProgram();
-
-private:
-    CMessageTip* only() const;
-    static QPlainTextEdit* body(const CMessageTip* tip)
-    {
-        return tip->findChild<QPlainTextEdit*>();
-    }
-    void show(const QString& text, int kind = 3, int duration = 300)
-    {
-        CMessageTip::showTip(m_anchor, 0x41, text, kind, 2, duration);
-    }
-
-    std::unique_ptr<EventRecorder> m_window;
-    QLineEdit* m_anchor = nullptr;
 };
 
 void MessageTipPlaceTest::init()
 {
     TestCase::init();
-    // A pointer that happens to rest where a tip comes up would keep it open.
-    QCursor::setPos(0, 0);
-    m_window = std::make_unique<EventRecorder>();
-    m_window->resize(500, 300);
-    m_window->move(100, 100);
-    m_anchor = new QLineEdit(m_window.get());
-    m_anchor->setGeometry(50, 60, 160, 28);
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-    m_anchor->setFocus();
+    open();
 }
 
 void MessageTipPlaceTest::cleanup()
 {
-    CMessageTip::closeAll();
-    m_window.reset();
-    CUiResource::setTheme(CUiResource::Theme::Light);
+    close();
     TestCase::cleanup();
-}
-
-CMessageTip* MessageTipPlaceTest::only() const
-{
-    const QList<CMessageTip*> tips = CMessageTip::visibleTips();
-    return tips.size() == 1 ? tips.constFirst() : nullptr;
 }
 
 void MessageTipPlaceTest::standsBelowItsAnchorAndClosesByItself()
