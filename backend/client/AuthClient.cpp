@@ -6,20 +6,36 @@
 #include "backend/sealedfile/SealedFile.h"
 #include "utils/LogCenter.h"
 
+#include <QSemaphore>
+
+#include <atomic>
 #include <utility>
 
 namespace backend {
 
+namespace {
+
+// Long enough for a store that is not busy, short enough not to be felt as a hang.
+constexpr int auditWaitMs = 500;
+
+} // namespace
+
 AuthClient::AuthClient(const StoreOptions& options, qint64 userId, const QString& userName,
                        ClientUserConfig& userConfig)
     : m_options(options), m_userConfig(userConfig),
-      m_fileWriter(*this, userName, options.cheapCryptographyForTests), m_outbox(*this)
+      m_fileWriter(*this, userName, options.cheapCryptographyForTests), m_outbox(*this),
+      m_connectionState(options.location.isServer())
 {
     const auto deliver = [this](const std::shared_ptr<Delivery>& delivery) {
         QMetaObject::invokeMethod(
             this, [this, delivery] { m_outbox.add(delivery); }, Qt::QueuedConnection);
     };
-    m_worker = std::make_unique<StoreWorker>(options, userId, userName, m_queue, deliver);
+    const auto noteState = [this](bool isOnline) {
+        QMetaObject::invokeMethod(
+            this, [this, isOnline] { m_connectionState.set(isOnline); }, Qt::QueuedConnection);
+    };
+    m_worker =
+        std::make_unique<StoreWorker>(options, userId, userName, m_queue, deliver, noteState);
     m_worker->moveToThread(&m_thread);
     m_thread.setObjectName(QStringLiteral("authsetting-store"));
 }
@@ -46,7 +62,8 @@ QString AuthClient::start()
     Delivery first;
     StoreFailure failure;
     QMetaObject::invokeMethod(
-        m_worker.get(), [&] { failure = m_worker->open(&first); }, Qt::BlockingQueuedConnection);
+        m_worker.get(), [&] { failure = m_worker->open(&first, &m_environment); },
+        Qt::BlockingQueuedConnection);
     if (failure)
         return failure.text();
     takeSnapshot(first.snapshot.value_or(UserSnapshot()), first.number);
@@ -166,6 +183,38 @@ void AuthClient::revertExport(const QStringList& references)
         m_worker.get(), [&] { m_worker->revertExport(references, &delivery); },
         Qt::BlockingQueuedConnection);
     takeDirectly(delivery);
+}
+
+QVector<AuditEntry> AuthClient::auditTrail(int limit)
+{
+    struct Answer
+    {
+        QSemaphore ready;
+        QVector<AuditEntry> entries;
+        std::atomic<bool> isLate = false;
+    };
+    const auto answer = std::make_shared<Answer>();
+    QMetaObject::invokeMethod(
+        m_worker.get(),
+        [this, worker = m_worker.get(), answer, limit] {
+            answer->entries = worker->auditTrail(limit);
+            answer->ready.release();
+            if (!answer->isLate)
+                return;
+            QMetaObject::invokeMethod(
+                this,
+                [this, answer] {
+                    m_trail = answer->entries;
+                    Q_EMIT sigUiUpdateAuth();
+                },
+                Qt::QueuedConnection);
+        },
+        Qt::QueuedConnection);
+    if (answer->ready.tryAcquire(1, auditWaitMs))
+        m_trail = answer->entries;
+    else
+        answer->isLate = true;
+    return m_trail.mid(0, limit);
 }
 
 void AuthClient::takeDirectly(const Delivery& delivery)

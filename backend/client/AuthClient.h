@@ -2,6 +2,7 @@
 
 #include "authsetting/services/AuthClient.h"
 #include "backend/client/ClientRequest.h"
+#include "backend/client/ConnectionState.h"
 #include "backend/client/GrantFileWriter.h"
 #include "backend/client/RequestQueue.h"
 #include "backend/client/ResultOutbox.h"
@@ -39,6 +40,12 @@ public:
     /// Opens the store and reads the user's data, before anything else is called. Returns the
     /// reason of a failure in Chinese, after which the client is only good for destruction.
     QString start();
+    /// The store's platforms and brokers, after start().
+    const Environment& environment() const { return m_environment; }
+    const ConnectionState& connectionState() const { return m_connectionState; }
+    /// See UserStore. Waits for it half a second, in which a store that is not busy answers; else
+    /// it is what was read last, and sigUiUpdateAuth() follows when there is more.
+    QVector<AuditEntry> auditTrail(int limit);
 
     void addAuth(QString grantee, const mbservice::CAccountInfo& account, GW::CAuthLimit& limit,
                  QVariant tag, bool toServer) override;
@@ -81,6 +88,9 @@ private:
     GrantFileWriter m_fileWriter;
     ResultOutbox m_outbox;
     QThread m_thread;
+    Environment m_environment;
+    ConnectionState m_connectionState;
+    QVector<AuditEntry> m_trail;
     std::unique_ptr<StoreWorker> m_worker;
 };
 

@@ -18,6 +18,7 @@ class CUserConfig;
 
 namespace backend {
 
+class ConnectionState;
 class SessionPrivate;
 struct SignInResult;
 
@@ -26,9 +27,10 @@ struct SignInResult;
 class Session
 {
 public:
-    /// Opens the store and checks the password (a tenth of a second, for the password hash). The
-    /// error text does not tell whether the name or the password was wrong, and repeated failures
-    /// make the next attempt wait.
+    /// Opens the store and checks the password: a tenth of a second for the password hash of an
+    /// embedded store, up to ten seconds for a server that does not answer. The error text does not
+    /// tell whether the name or the password was wrong. An embedded store makes the next attempt
+    /// wait after repeated failures; a server is to be set up to do so.
     static SignInResult signIn(const StoreOptions& options, const QString& user,
                                const QString& password);
     /// Uninstalls the services, finishes the requests under way and saves the user configuration.
@@ -41,6 +43,8 @@ public:
     GW::CUserConfig* userConfig() const;
     GW::CConfig* config() const;
     GW::CTimeService* timeService() const;
+    /// Lives as long as the session.
+    const ConnectionState* connectionState() const;
 
     /// Hands the services to the dialog together with the host's message area (may be null).
     void install(GW::CMsgService* msgService);
@@ -48,7 +52,7 @@ public:
     void uninstall();
 
     /// What the user did and what was done to him or his accounts, newest first, at most `limit`
-    /// entries. Empty with a logged reason when the store cannot be read.
+    /// entries. With a logged reason what was read last, or nothing, when the store cannot be read.
     QVector<AuditEntry> auditTrail(int limit) const;
 
 private:

@@ -20,9 +20,11 @@ const UserSnapshot& SnapshotBuilder::update(const UserModel& model, const ModelC
 {
     if (changes.all) {
         rebuild(model);
-    } else if (!changes.own.isEmpty()) {
+    } else if (changes.received || !changes.own.isEmpty()) {
         for (const int index : changes.own)
             replaceOwn(model, index);
+        if (changes.received)
+            replaceReceived(model);
         m_snapshot.accounts = AccountSnapshot(m_accounts, m_subAccounts, m_mainAccounts);
     }
     if (changes.all || changes.subUsers)
@@ -47,13 +49,27 @@ void SnapshotBuilder::rebuild(const UserModel& model)
         if (!account.grant.isNull())
             addGrant(account, model.userName, account.grant.otherName, true);
     }
+    addReceived(model);
+    m_snapshot.accounts = AccountSnapshot(m_accounts, m_subAccounts, m_mainAccounts);
+}
+
+void SnapshotBuilder::addReceived(const UserModel& model)
+{
     for (const ModelAccount& account : model.received) {
         auto shown = boost::make_shared<GW::CAccount>(account.info);
         shown->authType = mbservice::AUTH_TYPE_GRANTED_TO_ME;
         m_accounts.append(shown);
         addGrant(account, account.grant.otherName, model.userName, false);
     }
-    m_snapshot.accounts = AccountSnapshot(m_accounts, m_subAccounts, m_mainAccounts);
+}
+
+// Received accounts stand behind the own ones.
+void SnapshotBuilder::replaceReceived(const UserModel& model)
+{
+    for (qsizetype i = model.own.size(); i < m_accounts.size(); ++i)
+        m_snapshot.grants.remove(m_accounts[i]->key());
+    m_accounts.resize(model.own.size());
+    addReceived(model);
 }
 
 void SnapshotBuilder::replaceOwn(const UserModel& model, int index)

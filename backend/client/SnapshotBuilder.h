@@ -17,6 +17,8 @@ public:
 
 private:
     void rebuild(const UserModel& model);
+    void addReceived(const UserModel& model);
+    void replaceReceived(const UserModel& model);
     void replaceOwn(const UserModel& model, int index);
     void addGrant(const ModelAccount& account, const QString& grantor, const QString& grantee,
                   bool own);

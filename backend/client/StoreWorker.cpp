@@ -2,6 +2,8 @@
 
 #include <QTimer>
 
+#include <utility>
+
 namespace backend {
 
 namespace {
@@ -45,22 +47,26 @@ void appendResults(const ClientRequest& sent, const StoreReply& reply,
 } // namespace
 
 StoreWorker::StoreWorker(const StoreOptions& options, qint64 userId, const QString& userName,
-                         RequestQueue& queue, Deliver deliver)
+                         RequestQueue& queue, Deliver deliver, NoteState noteState)
     : m_options(options), m_queue(queue), m_deliver(std::move(deliver)),
-      m_store(UserStore::create(options, userId, userName))
+      m_noteState(std::move(noteState)), m_store(UserStore::create(options, userId, userName))
 {
 }
 
 StoreWorker::~StoreWorker() = default;
 
-StoreFailure StoreWorker::open(Delivery* first)
+StoreFailure StoreWorker::open(Delivery* first, Environment* environment)
 {
-    const StoreFailure failure = m_store->open();
+    // Queued, because the store may be in the middle of something.
+    m_store->setWakeUp(
+        [this] { QMetaObject::invokeMethod(this, &StoreWorker::poll, Qt::QueuedConnection); });
+    StoreFailure failure = m_store->open();
     if (failure) {
         close();
         return failure;
     }
     addSnapshot(first);
+    *environment = m_store->environment();
     m_pollTimer = std::make_unique<QTimer>();
     connect(m_pollTimer.get(), &QTimer::timeout, this, &StoreWorker::poll);
     m_pollTimer->start(m_options.pollIntervalMs);
@@ -90,6 +96,21 @@ void StoreWorker::process()
         appendResults(sent[i], replies[i], delivery->results);
     addSnapshot(delivery.get());
     m_deliver(delivery);
+    noteState();
+}
+
+void StoreWorker::noteState()
+{
+    if (std::exchange(m_isOnline, m_store->isOnline()) != m_store->isOnline())
+        m_noteState(m_store->isOnline());
+}
+
+QVector<AuditEntry> StoreWorker::auditTrail(int limit)
+{
+    QVector<AuditEntry> entries = m_store ? m_store->auditTrail(limit) : QVector<AuditEntry>();
+    if (m_store)
+        noteState();
+    return entries;
 }
 
 void StoreWorker::addSnapshot(Delivery* delivery)
@@ -105,6 +126,7 @@ UserStore::Exported StoreWorker::commitExport(const QVector<FileGrant>& grants, 
 {
     UserStore::Exported exported = m_store->commitExport(grants, repeat);
     addSnapshot(delivery);
+    noteState();
     return exported;
 }
 
@@ -112,15 +134,19 @@ void StoreWorker::revertExport(const QStringList& references, Delivery* delivery
 {
     m_store->revertExport(references);
     addSnapshot(delivery);
+    noteState();
 }
 
 void StoreWorker::poll()
 {
+    if (!m_store)
+        return;
     m_store->poll();
     auto delivery = std::make_shared<Delivery>();
     addSnapshot(delivery.get());
     if (delivery->snapshot)
         m_deliver(delivery);
+    noteState();
 }
 
 } // namespace backend

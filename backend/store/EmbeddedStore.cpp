@@ -71,7 +71,7 @@ StoreFailure EmbeddedStore::inBatch(Access access, const Work& work)
         }
         batch.finish();
         transaction.commit();
-        merge(editor.changes());
+        m_changes.merge(editor.changes());
         if (access == Access::Write)
             m_endedFor = batch.today();
     } catch (const StoreError& error) {
@@ -89,7 +89,7 @@ StoreFailure EmbeddedStore::catchUp(Access access)
 
 void EmbeddedStore::refresh(StoreBatch& batch, Access access)
 {
-    const bool anew = dayMatters(batch.today());
+    const bool anew = m_model.isOtherOn(batch.today());
     if (access == Access::Write && (m_model.hasOverdue || m_endedFor != batch.today())) {
         batch.endOverdueGrants();
         batch.editor().settleOverdue();
@@ -102,23 +102,6 @@ void EmbeddedStore::refresh(StoreBatch& batch, Access access)
         batch.editor().replace(reader.read(m_model.userId, m_model.userName, batch.today()));
     else
         m_model.today = batch.today();
-}
-
-// Whether what the user sees is another on `today` than on the day of the last reading.
-bool EmbeddedStore::dayMatters(const QDate& today) const
-{
-    if (today == m_model.today)
-        return false;
-    const auto ended = [&](const ModelAccount& account) {
-        return !account.grant.isNull() && account.grant.lastDay < today;
-    };
-    const auto begun = [&](const ModelAccount& account) {
-        return account.grant.firstDay > m_model.today && account.grant.firstDay <= today;
-    };
-    return today < m_model.today || std::any_of(m_model.own.cbegin(), m_model.own.cend(), ended) ||
-           std::any_of(
-               m_model.received.cbegin(), m_model.received.cend(),
-               [&](const ModelAccount& account) { return ended(account) || begun(account); });
 }
 
 QHash<quint64, QString> EmbeddedStore::hashPasswords(const QVector<StoreRequest>& requests) const
@@ -189,7 +172,7 @@ StoreReply EmbeddedStore::applyApart(StoreBatch& batch, const StoreRequest& requ
     Database& database = batch.database();
     database.statement("savepoint.begin").run();
     try {
-        const StoreReply reply = dispatch(batch, request, hash);
+        StoreReply reply = dispatch(batch, request, hash);
         database.statement("savepoint.release").run();
         return reply;
     } catch (const StoreError& error) {
@@ -264,15 +247,28 @@ void EmbeddedStore::poll()
             m_endingFailed.start();
     }
     // Where the store cannot be written, the clock still ends the grant for this user.
-    if ((marker != m_marker || dayMatters(today)) && !catchUp(Access::Read))
+    if ((marker != m_marker || m_model.isOtherOn(today)) && !catchUp(Access::Read))
         m_marker = marker;
 }
 
-void EmbeddedStore::merge(const ModelChanges& changes)
+QVector<AuditEntry> EmbeddedStore::auditTrail(int limit)
 {
-    m_changes.all = m_changes.all || changes.all;
-    m_changes.subUsers = m_changes.subUsers || changes.subUsers;
-    m_changes.own += changes.own;
+    try {
+        return AuditTrail(*m_database, QString()).read(m_model.userId, limit);
+    } catch (const StoreError& error) {
+        logFailure(error.failure());
+        return {};
+    }
+}
+
+Environment EmbeddedStore::environment()
+{
+    try {
+        return Environment::read(*m_database);
+    } catch (const StoreError& error) {
+        logFailure(error.failure());
+        return {};
+    }
 }
 
 ModelChanges EmbeddedStore::takeChanges()

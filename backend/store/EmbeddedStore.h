@@ -27,6 +27,9 @@ public:
     Exported commitExport(const QVector<FileGrant>& grants, bool repeat) override;
     void revertExport(const QStringList& references) override;
     void poll() override;
+    QVector<AuditEntry> auditTrail(int limit) override;
+    Environment environment() override;
+    bool isOnline() const override { return true; }
     const UserModel& model() const override { return m_model; }
     ModelChanges takeChanges() override;
 
@@ -36,7 +39,6 @@ private:
     StoreFailure inBatch(Access access, const Work& work);
     StoreFailure catchUp(Access access);
     void refresh(StoreBatch& batch, Access access);
-    bool dayMatters(const QDate& today) const;
     QHash<quint64, QString> hashPasswords(const QVector<StoreRequest>& requests) const;
     StoreFailure runOnce(const QVector<StoreRequest>& requests,
                          const QHash<quint64, QString>& hashes, bool apart,
@@ -44,7 +46,6 @@ private:
     StoreReply applyApart(StoreBatch& batch, const StoreRequest& request, const QString& hash);
     StoreReply dispatch(StoreBatch& batch, const StoreRequest& request, const QString& hash);
     void notePassword(const StoreRequest& request, const StoreReply& reply);
-    void merge(const ModelChanges& changes);
 
     StoreOptions m_options;
     std::unique_ptr<Database> m_database;

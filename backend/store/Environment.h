@@ -17,6 +17,9 @@ struct Environment
     QVector<mbservice::CBrokerInfo> futuresBrokers;
     QVector<mbservice::CBrokerInfo> stockBrokers;
 
+    void addPlatform(bool isStock, const mbservice::CPlatformInfo& platform);
+    void addBroker(bool isStock, const mbservice::CBrokerInfo& broker);
+
     /// Failures are thrown as StoreError.
     static Environment read(Database& database);
 };

@@ -2,6 +2,14 @@
 
 namespace backend {
 
+void ModelChanges::merge(const ModelChanges& later)
+{
+    all = all || later.all;
+    received = received || later.received;
+    subUsers = subUsers || later.subUsers;
+    own += later.own;
+}
+
 void ModelEditor::setGrant(int ownIndex, const CurrentGrant& grant)
 {
     CurrentGrant& target = m_model.own[ownIndex].grant;

@@ -14,9 +14,12 @@ struct ModelChanges
     bool all = false;
     /// Indexes of own accounts whose grant changed; one can come twice.
     QVector<int> own;
+    /// Some received account came, went or changed.
+    bool received = false;
     bool subUsers = false;
 
-    bool any() const { return all || subUsers || !own.isEmpty(); }
+    bool any() const { return all || received || subUsers || !own.isEmpty(); }
+    void merge(const ModelChanges& later);
 };
 
 /// Changes a model together with the transaction that changes the store, and undoes that when the

@@ -1,7 +1,7 @@
 #include "backend/store/StoreAdmin.h"
 
+#include "backend/store/AdminStore.h"
 #include "backend/store/StoreError.h"
-#include "backend/store/StoreFiller.h"
 #include "utils/LogCenter.h"
 
 namespace backend {
@@ -9,7 +9,25 @@ namespace backend {
 class StoreAdminPrivate
 {
 public:
-    explicit StoreAdminPrivate(const StoreOptions& options) : filler(options) {}
+    explicit StoreAdminPrivate(const StoreOptions& options) : store(AdminStore::open(options)) {}
+
+    /// Changes the store by `work`.
+    template <class Work>
+    bool add(const Work& work)
+    {
+        if (!skipsRefused)
+            return attempt(work);
+        bool isRefused = false;
+        const bool done = attempt([&] {
+            try {
+                store->runAlone(work);
+            } catch (const AdminStore::AdminProblem& problem) {
+                error = problem.text;
+                isRefused = true;
+            }
+        });
+        return done && !isRefused;
+    }
 
     template <class Work>
     bool attempt(const Work& work)
@@ -23,15 +41,16 @@ public:
             error = problem.failure().text();
             utils::CLogCenter::error(error + QStringLiteral(" [") + problem.failure().detail +
                                      QStringLiteral("]"));
-        } catch (const StoreFiller::AdminProblem& problem) {
+        } catch (const AdminStore::AdminProblem& problem) {
             error = problem.text;
         }
         failed = true;
         return false;
     }
 
-    StoreFiller filler;
+    std::unique_ptr<AdminStore> store;
     QString error;
+    bool skipsRefused = false;
     bool failed = false;
 };
 
@@ -42,6 +61,8 @@ std::unique_ptr<StoreAdmin> StoreAdmin::open(const StoreOptions& options, QStrin
             new StoreAdmin(std::make_unique<StoreAdminPrivate>(options)));
     } catch (const StoreError& problem) {
         *error = problem.failure().text();
+        utils::CLogCenter::error(*error + QStringLiteral(" [") + problem.failure().detail +
+                                 QStringLiteral("]"));
     }
     return nullptr;
 }
@@ -50,19 +71,29 @@ StoreAdmin::StoreAdmin(std::unique_ptr<StoreAdminPrivate> d) : d(std::move(d)) {
 
 StoreAdmin::~StoreAdmin() = default;
 
+void StoreAdmin::skipRefusedRecords()
+{
+    d->skipsRefused = true;
+}
+
+bool StoreAdmin::hasFailed() const
+{
+    return d->failed;
+}
+
 bool StoreAdmin::addPlatform(Kind kind, const mbservice::CPlatformInfo& platform)
 {
-    return d->attempt([&] { d->filler.addPlatform(static_cast<int>(kind), platform); });
+    return d->add([&] { d->store->addPlatform(static_cast<int>(kind), platform); });
 }
 
 bool StoreAdmin::addBroker(Kind kind, const mbservice::CBrokerInfo& broker)
 {
-    return d->attempt([&] { d->filler.addBroker(static_cast<int>(kind), broker); });
+    return d->add([&] { d->store->addBroker(static_cast<int>(kind), broker); });
 }
 
 bool StoreAdmin::addUser(const QString& name, const QString& password, bool enabled)
 {
-    return d->attempt([&] { d->filler.addUser(QString(), name, password, enabled); });
+    return d->add([&] { d->store->addUser(QString(), name, password, enabled); });
 }
 
 bool StoreAdmin::addSubUser(const QString& owner, const QString& name, const QString& password,
@@ -70,44 +101,58 @@ bool StoreAdmin::addSubUser(const QString& owner, const QString& name, const QSt
 {
     // A null owner would make an ordinary user.
     const QString manager = owner.isNull() ? QStringLiteral("") : owner;
-    return d->attempt([&] { d->filler.addUser(manager, name, password, enabled); });
+    return d->add([&] { d->store->addUser(manager, name, password, enabled); });
 }
 
 bool StoreAdmin::addAccount(const QString& owner, const mbservice::CAccountInfo& account)
 {
-    return d->attempt([&] { d->filler.addAccount(owner, account); });
+    return d->add([&] { d->store->addAccount(owner, account); });
 }
 
 bool StoreAdmin::addSubAccount(const mbservice::CAccountInfo& parent,
                                const mbservice::CAccountInfo& child)
 {
-    return d->attempt([&] { d->filler.addSubAccount(parent, child); });
+    return d->add([&] { d->store->addSubAccount(parent, child); });
 }
 
 bool StoreAdmin::addGrant(const GrantRecord& grant)
 {
-    return d->attempt([&] { d->filler.addGrant(grant); });
+    return d->add([&] { d->store->addGrant(grant); });
 }
 
 bool StoreAdmin::commit()
 {
-    const bool committed = d->attempt([&] { d->filler.commit(); });
+    const bool committed = d->attempt([&] { d->store->commit(); });
     if (!committed)
-        d->filler.rollback();
+        d->store->rollback();
     return committed;
 }
 
 QVector<GrantRecord> StoreAdmin::grants() const
 {
     QVector<GrantRecord> grants;
-    d->attempt([&] { grants = d->filler.grants(); });
+    d->attempt([&] { grants = d->store->grants(); });
     return grants;
+}
+
+QVector<AdminUser> StoreAdmin::users() const
+{
+    QVector<AdminUser> users;
+    d->attempt([&] { users = d->store->users(); });
+    return users;
+}
+
+QVector<AdminAccount> StoreAdmin::accounts() const
+{
+    QVector<AdminAccount> accounts;
+    d->attempt([&] { accounts = d->store->accounts(); });
+    return accounts;
 }
 
 QString StoreAdmin::verify() const
 {
     QString problem;
-    return d->attempt([&] { problem = d->filler.verify(); }) ? problem : d->error;
+    return d->attempt([&] { problem = d->store->verify(); }) ? problem : d->error;
 }
 
 QString StoreAdmin::error() const

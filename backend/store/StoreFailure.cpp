@@ -29,6 +29,12 @@ QString StoreFailure::text() const
         return QStringLiteral("内存不足，授权数据库操作未完成");
     case Kind::Constraint:
         return QStringLiteral("数据与授权数据库中的记录冲突");
+    case Kind::Offline:
+        return QStringLiteral("与服务器的连接已断开，请在恢复后重试");
+    case Kind::WrongLogin:
+        return QStringLiteral("用户名或密码错误");
+    case Kind::Disabled:
+        return QStringLiteral("用户已被禁用，请联系管理人");
     case Kind::Other:
         break;
     }

@@ -26,6 +26,12 @@ struct StoreFailure
         OutOfMemory,
         /// A row that the tables themselves forbid.
         Constraint,
+        /// The server does not answer.
+        Offline,
+        /// The server knows no such name, or another password for it.
+        WrongLogin,
+        /// The server does not let this user in any more.
+        Disabled,
         Other,
     };
 

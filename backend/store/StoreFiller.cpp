@@ -3,7 +3,8 @@
 #include "authsetting/services/AccountKey.h"
 #include "backend/store/GrantOperations.h"
 #include "backend/store/PasswordHash.h"
-#include "backend/store/TextRules.h"
+#include "backend/store/SqlText.h"
+#include "backend/store/StoreError.h"
 
 #include <utility>
 
@@ -16,15 +17,22 @@ QString fromUtf8(const std::string& bytes)
     return QString::fromStdString(bytes);
 }
 
-void requirePlain(const std::string& bytes, const QString& problem)
-{
-    if (bytes.empty() || !isPlainText(bytes))
-        throw StoreFiller::AdminProblem{problem};
-}
-
 QVariant timeOrNull(bool isSet, const QString& time)
 {
     return isSet ? QVariant(time) : QVariant(QMetaType(QMetaType::QString));
+}
+
+// Runs `insert`, whose row the tables forbid for no other reason than `problem`.
+template <class Insert>
+void insertRow(const Insert& insert, const QString& problem)
+{
+    try {
+        insert();
+    } catch (const StoreError& error) {
+        if (error.failure().kind != StoreFailure::Kind::Constraint)
+            throw;
+        throw AdminStore::AdminProblem{problem};
+    }
 }
 
 } // namespace
@@ -94,36 +102,39 @@ StoreFiller::AccountRow StoreFiller::accountRow(const mbservice::CAccountInfo& a
 
 void StoreFiller::addPlatform(int kind, const mbservice::CPlatformInfo& platform)
 {
-    requirePlain(platform.name, QStringLiteral("平台名称不可用"));
+    check(platform);
     begin();
-    m_database.statement("platforms.insert")
-        .run(kind, platform.platformId, fromUtf8(platform.name));
+    insertRow(
+        [&] {
+            m_database.statement("platforms.insert")
+                .run(kind, platform.platformId, fromUtf8(platform.name));
+        },
+        QStringLiteral("平台 %1 已存在").arg(platform.platformId));
 }
 
 void StoreFiller::addBroker(int kind, const mbservice::CBrokerInfo& broker)
 {
-    requirePlain(broker.brokerId, QStringLiteral("经纪公司编号不可用"));
-    requirePlain(broker.name, QStringLiteral("经纪公司名称不可用"));
+    check(broker);
     begin();
-    m_database.statement("brokers.insert")
-        .run(kind, broker.platformId, fromUtf8(broker.brokerId), fromUtf8(broker.name));
+    const QString id = fromUtf8(broker.brokerId);
+    insertRow(
+        [&] {
+            m_database.statement("brokers.insert")
+                .run(kind, broker.platformId, id, fromUtf8(broker.name));
+        },
+        QStringLiteral("经纪公司“%1”已存在，或者没有平台 %2").arg(id).arg(broker.platformId));
 }
 
 void StoreFiller::addUser(const QString& owner, const QString& name, const QString& password,
                           bool enabled)
 {
-    const QString problem = userNameProblem(name);
-    if (!problem.isEmpty())
-        throw AdminProblem{problem};
-    const QString digest = passwordDigest(password);
-    if (digest.isEmpty())
-        throw AdminProblem{QStringLiteral("密码不能为空")};
+    const QString stored = checkedName(name);
+    const QString digest = checkedDigest(password);
     const PasswordHash hasher(m_database.options().cheapCryptographyForTests);
     const QString hash = hasher.hash(digest);
     if (hash.isEmpty())
         throw AdminProblem{QStringLiteral("内存不足，用户未添加")};
     begin();
-    const QString stored = name.normalized(QString::NormalizationForm_C);
     if (m_users.contains(stored))
         throw AdminProblem{QStringLiteral("用户“%1”已存在").arg(name)};
     QVariant ownerId{QMetaType(QMetaType::LongLong)};
@@ -137,16 +148,18 @@ void StoreFiller::addUser(const QString& owner, const QString& name, const QStri
 
 void StoreFiller::addAccount(const QString& owner, const mbservice::CAccountInfo& account)
 {
-    const QString problem = accountProblem(account);
-    if (!problem.isEmpty())
-        throw AdminProblem{problem};
+    check(account);
     begin();
     const qint64 ownerId = userId(owner);
+    const QString key = GW::genAccountKeyQs(account);
+    if (m_accounts.contains(key)) {
+        throw AdminProblem{QStringLiteral("账号“%1”已存在").arg(fromUtf8(account.accountId))};
+    }
     m_database.statement("accounts.insert")
         .run(m_nextAccountId, ownerId, account.accountType, account.platformId,
              fromUtf8(account.brokerId), account.accountSubType, fromUtf8(account.accountId),
              fromUtf8(account.accountPrivate), fromUtf8(account.accountAlias));
-    m_accounts.insert(GW::genAccountKeyQs(account), {m_nextAccountId++, ownerId});
+    m_accounts.insert(key, {m_nextAccountId++, ownerId});
     m_touched.insert(ownerId);
 }
 
@@ -158,7 +171,9 @@ void StoreFiller::addSubAccount(const mbservice::CAccountInfo& parent,
     const AccountRow childRow = accountRow(child);
     if (parentRow.ownerId != childRow.ownerId)
         throw AdminProblem{QStringLiteral("子账户与主账户不属于同一用户")};
-    m_database.statement("accounts.relate").run(parentRow.id, childRow.id);
+    insertRow([&] { m_database.statement("accounts.relate").run(parentRow.id, childRow.id); },
+              QStringLiteral("账号“%1”已是该主账户的子账户，或者就是主账户本身")
+                  .arg(fromUtf8(child.accountId)));
     m_touched.insert(parentRow.ownerId);
 }
 
@@ -190,6 +205,50 @@ void StoreFiller::commit()
         m_database.statement("users.touch").run(userId);
     m_transaction->commit();
     m_transaction.reset();
+}
+
+void StoreFiller::runAlone(const std::function<void()>& work)
+{
+    begin();
+    m_database.execute(sqlText("savepoint.begin"));
+    try {
+        work();
+    } catch (...) {
+        m_database.execute(sqlText("savepoint.undo"));
+        m_database.execute(sqlText("savepoint.release"));
+        throw;
+    }
+    m_database.execute(sqlText("savepoint.release"));
+}
+
+QVector<AdminUser> StoreFiller::users()
+{
+    QVector<AdminUser> users;
+    Statement row = m_database.statement("users.list");
+    row.run();
+    while (row.next())
+        users.append({row.text(0), row.text(1), row.flag(2)});
+    return users;
+}
+
+QVector<AdminAccount> StoreFiller::accounts()
+{
+    QVector<AdminAccount> accounts;
+    Statement row = m_database.statement("accounts.list");
+    row.run();
+    while (row.next()) {
+        AdminAccount found;
+        found.owner = row.text(0);
+        found.account.accountType = row.number(1);
+        found.account.platformId = row.number(2);
+        found.account.brokerId = row.bytes(3);
+        found.account.accountSubType = row.number(4);
+        found.account.accountId = row.bytes(5);
+        found.account.accountAlias = row.bytes(6);
+        found.parentNumber = row.text(7);
+        accounts.append(found);
+    }
+    return accounts;
 }
 
 QVector<GrantRecord> StoreFiller::grants()

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "backend/store/AdminStore.h"
 #include "backend/store/Database.h"
 #include "backend/store/ExchangeDays.h"
-#include "backend/store/StoreAdmin.h"
 #include "backend/store/Transaction.h"
 
 #include <QHash>
@@ -14,29 +14,27 @@
 
 namespace backend {
 
-/// What StoreAdmin does, with failures thrown as StoreError (of the engine) or AdminProblem (a
-/// record that cannot be).
-class StoreFiller
+/// An embedded store in the hands of its administrator.
+class StoreFiller final : public AdminStore
 {
 public:
-    /// Why a record is not acceptable, in Chinese.
-    struct AdminProblem
-    {
-        QString text;
-    };
-
     explicit StoreFiller(const StoreOptions& options);
 
-    void addPlatform(int kind, const mbservice::CPlatformInfo& platform);
-    void addBroker(int kind, const mbservice::CBrokerInfo& broker);
-    void addUser(const QString& owner, const QString& name, const QString& password, bool enabled);
-    void addAccount(const QString& owner, const mbservice::CAccountInfo& account);
-    void addSubAccount(const mbservice::CAccountInfo& parent, const mbservice::CAccountInfo& child);
-    void addGrant(const GrantRecord& grant);
-    void commit();
-    void rollback() { m_transaction.reset(); }
-    QVector<GrantRecord> grants();
-    QString verify();
+    void addPlatform(int kind, const mbservice::CPlatformInfo& platform) override;
+    void addBroker(int kind, const mbservice::CBrokerInfo& broker) override;
+    void addUser(const QString& owner, const QString& name, const QString& password,
+                 bool enabled) override;
+    void addAccount(const QString& owner, const mbservice::CAccountInfo& account) override;
+    void addSubAccount(const mbservice::CAccountInfo& parent,
+                       const mbservice::CAccountInfo& child) override;
+    void addGrant(const GrantRecord& grant) override;
+    void commit() override;
+    void rollback() override { m_transaction.reset(); }
+    void runAlone(const std::function<void()>& work) override;
+    QVector<GrantRecord> grants() override;
+    QVector<AdminUser> users() override;
+    QVector<AdminAccount> accounts() override;
+    QString verify() override;
 
 private:
     struct AccountRow

@@ -19,6 +19,11 @@ struct StoreOptions
     int pollIntervalMs = 500;
     /// Milliseconds that a request waits for a store that another process has locked.
     int busyTimeoutMs = 5000;
+    /// The digest with which `location.user` proves himself to a server, kept for reconnecting;
+    /// signing in sets it. Empty leaves that to libpq (password file, peer authentication).
+    QString credential;
+    /// Folder for what the client itself keeps of its users; beside an embedded store when empty.
+    QString dataFolder;
     /// Makes password hashing and sealing fast and worthless; never set outside tests.
     bool cheapCryptographyForTests = false;
 

@@ -68,6 +68,8 @@ struct UserModel
     int ownIndex(const QString& key) const { return ownByKey.value(key, -1); }
     /// -1 when he manages no such user.
     int subUserIndex(const QString& name) const;
+    /// Whether what he sees is another on `day` than on the day of the reading.
+    bool isOtherOn(const QDate& day) const;
 };
 
 } // namespace backend

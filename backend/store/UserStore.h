@@ -1,5 +1,7 @@
 #pragma once
 
+#include "backend/store/AuditEntry.h"
+#include "backend/store/Environment.h"
 #include "backend/store/ExportError.h"
 #include "backend/store/FileGrant.h"
 #include "backend/store/ModelEditor.h"
@@ -11,6 +13,7 @@
 
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 
 namespace backend {
@@ -32,7 +35,8 @@ public:
 
     virtual ~UserStore();
 
-    /// The store of `options` for the user `userId`; not open yet.
+    /// The store of `options` for the user `userId`; not open yet. On a server the user is the one
+    /// of the location, and `userId` is not looked at.
     static std::unique_ptr<UserStore> create(const StoreOptions& options, qint64 userId,
                                              const QString& userName);
 
@@ -45,13 +49,34 @@ public:
     virtual Exported commitExport(const QVector<FileGrant>& grants, bool repeat) = 0;
     /// Makes the grants prepared again that a file was to carry and could not.
     virtual void revertExport(const QStringList& references) = 0;
-    /// Looks for changes made elsewhere and for grants that have ended.
+    /// Looks for changes made elsewhere and for grants that have ended, and for a server that went
+    /// away or came back. To be called several times a second.
     virtual void poll() = 0;
+    /// What the user did and what was done to him or his accounts, newest first; as it was read
+    /// last when the store cannot be read.
+    virtual QVector<AuditEntry> auditTrail(int limit) = 0;
+    /// Empty when it cannot be read.
+    virtual Environment environment() = 0;
+    /// Whether the store can be reached; a local one always can.
+    virtual bool isOnline() const = 0;
+
+    /// Sets what to call, in the store's thread, when poll() has something to do before its time.
+    void setWakeUp(std::function<void()> wakeUp) { m_wakeUp = std::move(wakeUp); }
 
     /// What the user may know, as of the last call that reached the store.
     virtual const UserModel& model() const = 0;
     /// What changed in it since this was last asked.
     virtual ModelChanges takeChanges() = 0;
+
+protected:
+    void wakeUp() const
+    {
+        if (m_wakeUp)
+            m_wakeUp();
+    }
+
+private:
+    std::function<void()> m_wakeUp;
 };
 
 } // namespace backend

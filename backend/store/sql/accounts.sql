@@ -25,6 +25,14 @@ JOIN accounts a ON a.id = s.child_id
 WHERE a.owner_id = ?
 -- name: accounts.all_keys
 SELECT id, owner_id, platform_id, broker_id, account_sub_type, account_number FROM accounts
+-- name: accounts.list
+SELECT o.name, a.account_type, a.platform_id, a.broker_id, a.account_sub_type, a.account_number,
+       a.account_alias,
+       (SELECT p.account_number FROM sub_accounts s JOIN accounts p ON p.id = s.parent_id
+        WHERE s.child_id = a.id ORDER BY p.id LIMIT 1)
+FROM accounts a
+JOIN users o ON o.id = a.owner_id
+ORDER BY a.owner_id, a.id
 -- name: accounts.next_id
 SELECT COALESCE(MAX(id), 0) + 1 FROM accounts
 -- name: accounts.insert

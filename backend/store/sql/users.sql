@@ -2,6 +2,11 @@
 SELECT id, owner_id, enabled, password_hash FROM users WHERE name = ?
 -- name: users.all
 SELECT id, name FROM users
+-- name: users.list
+SELECT u.name, o.name, u.enabled
+FROM users u
+LEFT JOIN users o ON o.id = u.owner_id
+ORDER BY u.id
 -- name: users.state
 SELECT data_version, enabled FROM users WHERE id = ?
 -- name: users.sub_users

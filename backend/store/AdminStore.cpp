@@ -1,0 +1,63 @@
+#include "backend/store/AdminStore.h"
+
+#include "backend/store/PasswordHash.h"
+#include "backend/store/StoreFiller.h"
+#include "backend/store/TextRules.h"
+#include "backend/store/postgresql/PostgresAdmin.h"
+
+namespace backend {
+
+namespace {
+
+void requirePlain(const std::string& bytes, const QString& problem)
+{
+    if (bytes.empty() || !isPlainText(bytes))
+        throw AdminStore::AdminProblem{problem};
+}
+
+} // namespace
+
+AdminStore::~AdminStore() = default;
+
+std::unique_ptr<AdminStore> AdminStore::open(const StoreOptions& options)
+{
+    if (options.location.isServer())
+        return std::make_unique<PostgresAdmin>(options);
+    return std::make_unique<StoreFiller>(options);
+}
+
+QString AdminStore::checkedName(const QString& name)
+{
+    const QString problem = userNameProblem(name);
+    if (!problem.isEmpty())
+        throw AdminProblem{problem};
+    return name.normalized(QString::NormalizationForm_C);
+}
+
+QString AdminStore::checkedDigest(const QString& password)
+{
+    QString digest = passwordDigest(password);
+    if (digest.isEmpty())
+        throw AdminProblem{QStringLiteral("密码不能为空")};
+    return digest;
+}
+
+void AdminStore::check(const mbservice::CPlatformInfo& platform)
+{
+    requirePlain(platform.name, QStringLiteral("平台名称不可用"));
+}
+
+void AdminStore::check(const mbservice::CBrokerInfo& broker)
+{
+    requirePlain(broker.brokerId, QStringLiteral("经纪公司编号不可用"));
+    requirePlain(broker.name, QStringLiteral("经纪公司名称不可用"));
+}
+
+void AdminStore::check(const mbservice::CAccountInfo& account)
+{
+    const QString problem = accountProblem(account);
+    if (!problem.isEmpty())
+        throw AdminProblem{problem};
+}
+
+} // namespace backend

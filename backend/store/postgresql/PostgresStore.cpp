@@ -1,0 +1,337 @@
+#include "backend/store/postgresql/PostgresStore.h"
+
+#include "backend/store/PasswordHash.h"
+#include "backend/store/postgresql/LoginName.h"
+#include "backend/store/postgresql/ServerAuditReader.h"
+#include "backend/store/postgresql/ServerModelReader.h"
+#include "backend/store/postgresql/ServerTimes.h"
+#include "utils/LogCenter.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QSqlQuery>
+#include <QUuid>
+
+#include <algorithm>
+
+namespace backend {
+
+namespace {
+
+StoreOptions asLogin(StoreOptions options)
+{
+    options.location.user = loginName(options.location.user);
+    return options;
+}
+
+QString newRequestId()
+{
+    return QUuid::createUuid().toString(QUuid::WithoutBraces);
+}
+
+QString compact(const QJsonArray& array)
+{
+    return QString::fromUtf8(QJsonDocument(array).toJson(QJsonDocument::Compact));
+}
+
+// In the server's syntax; references are hexadecimal, so nothing in them needs quoting.
+QString textArray(const QStringList& references)
+{
+    return QLatin1Char('{') + references.join(QLatin1Char(',')) + QLatin1Char('}');
+}
+
+void logFailure(const StoreFailure& failure)
+{
+    utils::CLogCenter::error(failure.text() + QStringLiteral(" [") + failure.detail +
+                             QStringLiteral("]"));
+}
+
+} // namespace
+
+PostgresStore::PostgresStore(const StoreOptions& options) : m_options(options) {}
+
+PostgresStore::~PostgresStore() = default;
+
+// Runs `work`; failures of the server end here.
+template <class Work>
+StoreFailure PostgresStore::attempt(const Work& work)
+{
+    try {
+        work();
+        return {};
+    } catch (const StoreError& error) {
+        logFailure(error.failure());
+        return error.failure();
+    }
+}
+
+StoreFailure PostgresStore::open()
+{
+    return attempt([&] {
+        m_link = std::make_unique<ServerLink>(asLogin(m_options));
+        m_link->open([this] {
+            m_hint = true;
+            wakeUp();
+        });
+        QDate today;
+        m_link->look(QStringLiteral("SELECT user_id, user_name, today FROM authsetting.sign_in()"),
+                     {}, [&](const QSqlQuery& row) {
+                         m_model.userId = row.value(0).toLongLong();
+                         m_model.userName = row.value(1).toString();
+                         today = row.value(2).toDate();
+                     });
+        settleIfDue(today);
+        readModel(-1);
+    });
+}
+
+QJsonObject PostgresStore::callForJson(const QString& sql, const QVariantList& values)
+{
+    QJsonObject answer;
+    m_link->call(sql, values, [&](const QSqlQuery& row) {
+        answer = QJsonDocument::fromJson(row.value(0).toString().toUtf8()).object();
+    });
+    return answer;
+}
+
+QString PostgresStore::offlineText() const
+{
+    if (m_link->refusal() == StoreFailure::Kind::Disabled)
+        return QStringLiteral("当前用户已被禁用");
+    if (m_link->refusal() == StoreFailure::Kind::WrongLogin)
+        return QStringLiteral("密码已被更改，请重新登录");
+    return StoreFailure{StoreFailure::Kind::Offline, {}}.text();
+}
+
+QVector<StoreReply> PostgresStore::refuseAll(const QVector<StoreRequest>& requests,
+                                             const QString& text)
+{
+    for (const StoreRequest& request : requests)
+        notePassword(request, StoreReply::refused(text));
+    return QVector<StoreReply>(requests.size(), StoreReply::refused(text));
+}
+
+QString PostgresStore::verifierFor(const StoreRequest& request) const
+{
+    if (request.kind != StoreRequest::Kind::SetPassword || !isPasswordDigest(request.digest))
+        return {};
+    return m_link->connection().verifier(request.user, request.digest.toLower());
+}
+
+bool PostgresStore::hasPasswordFailed(const StoreRequest& request) const
+{
+    const auto failed = m_failedPasswords.constFind(request.user);
+    return failed != m_failedPasswords.constEnd() && *failed > request.seen;
+}
+
+void PostgresStore::notePassword(const StoreRequest& request, const StoreReply& reply)
+{
+    if (request.kind != StoreRequest::Kind::SetPassword)
+        return;
+    if (reply.ok)
+        m_failedPasswords.remove(request.user);
+    else
+        m_failedPasswords.insert(request.user, request.number);
+}
+
+QVector<StoreReply> PostgresStore::run(const QVector<StoreRequest>& requests)
+{
+    if (!m_link->isOnline())
+        return refuseAll(requests, offlineText());
+    QVector<StoreReply> replies;
+    const StoreFailure failure = attempt([&] { replies = answer(requests); });
+    if (!failure)
+        return replies;
+    return refuseAll(requests, m_link->isOnline() ? failure.text() : offlineText());
+}
+
+QVector<StoreReply> PostgresStore::answer(const QVector<StoreRequest>& requests)
+{
+    QVector<StoreReply> replies(requests.size());
+    QVector<qsizetype> sent;
+    QJsonArray items;
+    bool ends = false;
+    for (qsizetype i = 0; i < requests.size(); ++i) {
+        const StoreRequest& request = requests[i];
+        const QString problem = RequestJson::problem(request);
+        if (!problem.isEmpty()) {
+            replies[i] = StoreReply::refused(problem);
+            notePassword(request, replies[i]);
+            continue;
+        }
+        sent.append(i);
+        items.append(m_json.request(request, verifierFor(request), hasPasswordFailed(request)));
+        ends = ends || (request.kind == StoreRequest::Kind::SetSubUser && !request.flag);
+    }
+    if (sent.isEmpty())
+        return replies;
+
+    const QJsonObject answered =
+        callForJson(QStringLiteral("SELECT authsetting.run_requests(?::uuid, ?::jsonb)"),
+                    {newRequestId(), compact(items)});
+    const QJsonArray results = answered.value(QStringLiteral("results")).toArray();
+    for (qsizetype i = 0; i < sent.size(); ++i) {
+        const StoreRequest& request = requests[sent[i]];
+        replies[sent[i]] = m_json.reply(request, results.at(i).toObject());
+        notePassword(request, replies[sent[i]]);
+    }
+    // What follows is for the screen only; the requests are done.
+    attempt([&] {
+        if (ends)
+            m_link->look(QStringLiteral("SELECT authsetting.end_sub_user_connections()"), {});
+        if (answered.value(QStringLiteral("version")).toInteger() != m_model.version)
+            readModel(m_model.version);
+    });
+    return replies;
+}
+
+UserStore::Exported PostgresStore::commitExport(const QVector<FileGrant>& grants, bool repeat)
+{
+    if (!m_link->isOnline())
+        return {ExportError::Store, offlineText(), {}};
+    QJsonArray items;
+    for (const FileGrant& grant : grants)
+        items.append(m_json.exported(grant));
+    const OpenEnd end{newRequestId(), compact(items), repeat, {}};
+    Exported exported;
+    const StoreFailure failure = attempt([&] {
+        exported = m_json.exported(
+            callForJson(QStringLiteral("SELECT authsetting.commit_export(?::uuid, ?::jsonb, ?)"),
+                        {end.requestId, end.grants, end.repeat}));
+    });
+    if (!failure) {
+        attempt([&] { readModel(m_model.version); });
+        return exported;
+    }
+    // The server may have done it all the same, and no file is going to be there.
+    if (!m_link->isOnline())
+        m_openEnds.append(end);
+    return {ExportError::Store, m_link->isOnline() ? failure.text() : offlineText(), {}};
+}
+
+void PostgresStore::revert(const QStringList& references)
+{
+    if (!references.isEmpty())
+        m_link->call(QStringLiteral("SELECT authsetting.revert_export(?::text[])"),
+                     {textArray(references)});
+}
+
+void PostgresStore::revertExport(const QStringList& references)
+{
+    const StoreFailure failure = attempt([&] {
+        revert(references);
+        readModel(m_model.version);
+    });
+    if (failure && !m_link->isOnline())
+        m_openEnds.append({{}, {}, false, references});
+}
+
+void PostgresStore::closeOpenEnds()
+{
+    while (!m_openEnds.isEmpty()) {
+        const OpenEnd& end = m_openEnds.constFirst();
+        if (end.requestId.isEmpty()) {
+            revert(end.references);
+        } else {
+            // Finds the result of the first attempt, or does it now to take it back.
+            revert(m_json
+                       .exported(callForJson(
+                           QStringLiteral("SELECT authsetting.commit_export(?::uuid, ?::jsonb, ?)"),
+                           {end.requestId, end.grants, end.repeat}))
+                       .changed);
+        }
+        m_openEnds.removeFirst();
+    }
+}
+
+void PostgresStore::settleIfDue(const QDate& today)
+{
+    if (m_settledFor == today && !m_model.hasOverdue)
+        return;
+    m_link->look(QStringLiteral("SELECT authsetting.settle()"), {});
+    m_settledFor = today;
+}
+
+void PostgresStore::readModel(qint64 since)
+{
+    ServerModelReader reader(m_model);
+    m_link->look(QStringLiteral("SELECT ") + ServerModelReader::columns() +
+                     QStringLiteral(" FROM authsetting.read_model(?)"),
+                 {since}, [&](const QSqlQuery& row) { reader.add(row); });
+    m_changes.merge(reader.finish());
+}
+
+void PostgresStore::look()
+{
+    m_hint = false;
+    m_sinceLook.start();
+    qint64 version = -1;
+    QDate today;
+    m_link->look(QStringLiteral("SELECT version, today FROM authsetting.my_version()"), {},
+                 [&](const QSqlQuery& row) {
+                     version = row.value(0).toLongLong();
+                     today = row.value(1).toDate();
+                 });
+    settleIfDue(today);
+    if (m_model.isOtherOn(today))
+        readModel(-1);
+    else if (version != m_model.version)
+        readModel(m_model.version);
+    m_model.today = today;
+}
+
+void PostgresStore::poll()
+{
+    const bool isBack = !m_link->isOnline() && m_link->tryReturn();
+    if (!m_link->isOnline())
+        return;
+    const std::chrono::milliseconds interval = std::min<std::chrono::milliseconds>(
+        servertimes::lookInterval, std::chrono::milliseconds(m_options.pollIntervalMs) * 10);
+    const bool due = !m_sinceLook.isValid() || m_sinceLook.hasExpired(interval.count());
+    if (!isBack && !m_hint && !due && m_link->connection().isOpen())
+        return;
+    attempt([&] {
+        closeOpenEnds();
+        look();
+    });
+}
+
+QVector<AuditEntry> PostgresStore::auditTrail(int limit)
+{
+    if (m_link->isOnline()) {
+        attempt([&] {
+            ServerAuditReader reader;
+            m_link->look(ServerAuditReader::query(), {limit},
+                         [&](const QSqlQuery& row) { reader.add(row); });
+            m_trail = reader.entries();
+        });
+    }
+    return m_trail.mid(0, limit);
+}
+
+Environment PostgresStore::environment()
+{
+    Environment environment;
+    attempt([&] {
+        m_link->look(QStringLiteral("SELECT what, kind, platform_id, broker_id, name"
+                                    " FROM authsetting.read_environment()"),
+                     {}, [&](const QSqlQuery& row) {
+                         const int platform = row.value(2).toInt();
+                         const std::string name = row.value(4).toString().toStdString();
+                         const bool isStock = row.value(1).toInt() == 2;
+                         if (row.value(0).toInt() == 1)
+                             environment.addPlatform(isStock, {platform, name});
+                         else
+                             environment.addBroker(
+                                 isStock, {platform, row.value(3).toString().toStdString(), name});
+                     });
+    });
+    return environment;
+}
+
+ModelChanges PostgresStore::takeChanges()
+{
+    return std::exchange(m_changes, {});
+}
+
+} // namespace backend
