@@ -1,5 +1,4 @@
 #include "authsetting/services/UserConfig.h"
-#include "backend/store/Database.h"
 #include "tests/backend/ClientSpy.h"
 #include "tests/backend/StoreFixture.h"
 #include "tests/support/TestCase.h"
@@ -128,28 +127,6 @@ private Q_SLOTS:
         QVERIFY(fixture.storeOf(name::dora));
         QCOMPARE(fixture.grantsOf(1), QStringList(QStringLiteral("bob expired server")));
         QVERIFY(fixture.storeOf(name::alice)->model().own[0].grant.isNull());
-    }
-
-    void theClockEndsAGrantEvenInAStoreThatCannotBeWritten()
-    {
-        StoreFixture fixture;
-        QVERIFY(fixture.fill());
-        const auto store = fixture.storeOf(name::alice);
-        QVERIFY(store->run({fixture.add(1, name::bob)})[0].ok);
-        store->takeChanges();
-        Database other(fixture.options());
-        other.open(Database::Creation::Forbidden, Database::Inspection::Brief);
-        other.execute(QStringLiteral("BEGIN IMMEDIATE"));
-        fixture.setNow(fixture.options().now().addDays(8));
-        store->poll();
-        QVERIFY(store->takeChanges().all);
-        QVERIFY(store->model().own[0].grant.isNull());
-        other.execute(QStringLiteral("ROLLBACK"));
-        QCOMPARE(fixture.grantsOf(1), QStringList(QStringLiteral("bob current server")));
-        const StoreReply reply = store->run({fixture.add(1, name::dora)})[0];
-        QVERIFY2(reply.ok, qPrintable(reply.error));
-        QCOMPARE(fixture.grantsOf(1), QStringList({QStringLiteral("bob expired server"),
-                                                   QStringLiteral("dora current server")}));
     }
 
     void grantorAndGranteeInDifferentZonesReadTheSameDays()

@@ -1,6 +1,5 @@
 #include "backend/sealedfile/GrantPayload.h"
 #include "backend/sealedfile/SealedFile.h"
-#include "backend/store/Database.h"
 #include "tests/backend/GrantFileFixture.h"
 #include "tests/support/TestCase.h"
 
@@ -157,14 +156,14 @@ private Q_SLOTS:
         } else if (what == QStringLiteral("for another user")) {
             user = name::dora;
         } else {
-            Database database(desks.fixture.options());
-            database.open(Database::Creation::Forbidden, Database::Inspection::Brief);
             if (what == QStringLiteral("unknown to the store"))
-                database.execute(QStringLiteral("DELETE FROM grants"));
+                desks.fixture.meddle(QStringLiteral("DELETE FROM grants"));
             else if (what == QStringLiteral("account sold"))
-                database.execute(QStringLiteral("UPDATE accounts SET owner_id = 4 WHERE id = 1"));
+                desks.fixture.meddle(
+                    QStringLiteral("UPDATE accounts SET owner_id = (SELECT id FROM users WHERE "
+                                   "name = 'dora') WHERE account_number = '880001'"));
             else if (what == QStringLiteral("never written"))
-                database.execute(QStringLiteral("UPDATE grants SET state = 1"));
+                desks.fixture.meddle(QStringLiteral("UPDATE grants SET state = 1"));
         }
         QCOMPARE(desks.import(user, file), QStringList(refused(1, reason)));
         const auto session = desks.fixture.signIn(user);
@@ -198,7 +197,7 @@ private Q_SLOTS:
         QCOMPARE(bob->authClient()->importAuth(desks.path(QStringLiteral("a.taa")), password), 0);
         bobSpy.wait(2);
         desks.alice->authClient()->delAuth(name::bob, StoreFixture::account(1), {});
-        QCOMPARE(bobSpy.wait(3).last(), QStringLiteral("changed"));
+        QCOMPARE(bobSpy.wait(3).constLast(), QStringLiteral("changed"));
         QCOMPARE(authType(*bob, 1), -1);
     }
 

@@ -24,6 +24,8 @@ public:
     {
         QElapsedTimer timer;
         timer.start();
+        // Lines can be here already, and nothing would announce them again.
+        read();
         while (lines.size() < count && !timer.hasExpired(30'000)) {
             if (!m_process.waitForReadyRead(1000) && m_process.state() == QProcess::NotRunning) {
                 read();

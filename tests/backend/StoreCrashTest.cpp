@@ -1,4 +1,3 @@
-#include "backend/store/Database.h"
 #include "tests/backend/HelperProcess.h"
 #include "tests/backend/StoreFixture.h"
 #include "tests/support/TestCase.h"
@@ -30,7 +29,7 @@ private Q_SLOTS:
         StoreFixture fixture;
         QVERIFY(fixture.fill());
         QVERIFY(fixture.addAccounts(1000, 5000));
-        HelperProcess helper({QStringLiteral("grant"), fixture.path(), name::alice, name::bob,
+        HelperProcess helper({QStringLiteral("grant"), fixture.place(), name::alice, name::bob,
                               QString::number(burst)});
         QVERIFY(helper.waitForLines(1 + acknowledged));
         helper.kill();
@@ -49,13 +48,7 @@ private Q_SLOTS:
         // Whole bursts only, and each grant with its line in the audit trail.
         const qsizetype left = grants.size() % burst;
         QVERIFY2(left == 0, qPrintable(QString::number(grants.size())));
-        Database database(fixture.options());
-        database.open(Database::Creation::Forbidden, Database::Inspection::Whole);
-        QCOMPARE(database
-                     .execute(QStringLiteral("SELECT COUNT(*) FROM audit_trail"
-                                             " WHERE action = 'grant' AND ok"))
-                     .toLongLong(),
-                 grants.size());
+        QCOMPARE(fixture.auditCount(QStringLiteral("grant")), grants.size());
 
         // And the work goes on where it stopped.
         const auto session = fixture.signIn(name::alice);

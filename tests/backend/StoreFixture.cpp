@@ -1,9 +1,12 @@
 #include "tests/backend/StoreFixture.h"
 
 #include "authsetting/services/AccountKey.h"
+#include "backend/store/Database.h"
+#include "backend/store/PasswordHash.h"
 #include "utils/ExchangeTimeZone.h"
 
 #include <QDir>
+#include <QFile>
 
 using backend::GrantRecord;
 using backend::StoreAdmin;
@@ -12,6 +15,8 @@ using backend::StoreRequest;
 
 StoreFixture::StoreFixture() : m_now(std::make_shared<std::atomic<qint64>>(0))
 {
+    if (ServerFixture::isWanted())
+        m_server = std::make_unique<ServerFixture>();
     setNow(QDateTime(QDate(2024, 3, 15), QTime(10, 0), utils::exchangeTimeZone()));
 }
 
@@ -20,10 +25,16 @@ QString StoreFixture::path() const
     return QDir(m_folder.path()).filePath(QStringLiteral("data/store.db"));
 }
 
+QString StoreFixture::place() const
+{
+    return m_server ? m_server->url() : path();
+}
+
 StoreOptions StoreFixture::options() const
 {
     StoreOptions options;
-    options.location = backend::StoreLocation::parse(path());
+    options.location = m_server ? m_server->location() : backend::StoreLocation::parse(path());
+    options.dataFolder = m_folder.path();
     options.clock = [now = m_now] { return QDateTime::fromMSecsSinceEpoch(*now, Qt::UTC); };
     options.pollIntervalMs = 50;
     options.busyTimeoutMs = 2000;
@@ -34,7 +45,8 @@ StoreOptions StoreFixture::options() const
 std::unique_ptr<StoreAdmin> StoreFixture::admin() const
 {
     QString error;
-    std::unique_ptr<StoreAdmin> admin = StoreAdmin::open(options(), &error);
+    std::unique_ptr<StoreAdmin> admin =
+        StoreAdmin::open(m_server ? m_server->asAdministrator(options()) : options(), &error);
     if (!admin)
         qWarning("The store cannot be opened: %s", qPrintable(error));
     return admin;
@@ -83,7 +95,12 @@ bool StoreFixture::addGrant(const GrantRecord& grant) const
 std::unique_ptr<backend::UserStore> StoreFixture::storeOf(const QString& user) const
 {
     const QStringList users{name::alice, name::bob, name::carl, name::dora, name::erin};
-    auto store = backend::UserStore::create(options(), users.indexOf(user) + 1, user);
+    StoreOptions login = options();
+    if (m_server) {
+        login.location.user = user;
+        login.credential = backend::passwordDigest(QStringLiteral("pw-") + user);
+    }
+    auto store = backend::UserStore::create(login, users.indexOf(user) + 1, user);
     const backend::StoreFailure failure = store->open();
     if (failure) {
         qWarning("The store cannot be opened: %s", qPrintable(failure.text()));
@@ -105,6 +122,8 @@ std::unique_ptr<backend::Session> StoreFixture::signIn(const QString& user) cons
 void StoreFixture::setNow(const QDateTime& now)
 {
     *m_now = now.toMSecsSinceEpoch();
+    if (m_server)
+        m_server->setNow(now);
 }
 
 QDate StoreFixture::today() const
@@ -189,4 +208,44 @@ QStringList StoreFixture::grantsOf(int number) const
                      (grant.redeemed ? QStringLiteral(" redeemed") : QString()));
     }
     return found;
+}
+
+qint64 StoreFixture::commits() const
+{
+    if (m_server) {
+        return m_server
+            ->value(QStringLiteral("SELECT count(DISTINCT xmin::text) FROM authsetting.grants"))
+            .toLongLong();
+    }
+    // The change counter in the file's header (offset 24).
+    QFile file(path());
+    if (!file.open(QIODevice::ReadOnly))
+        return -1;
+    const QByteArray header = file.read(28);
+    qint64 counter = 0;
+    for (int i = 24; i < 28; ++i)
+        counter = counter * 256 + static_cast<unsigned char>(header[i]);
+    return counter;
+}
+
+qint64 StoreFixture::auditCount(const QString& action) const
+{
+    const QString sql =
+        QStringLiteral("SELECT COUNT(*) FROM %1audit_trail WHERE action = '%2' AND error = ''");
+    if (m_server)
+        return m_server->value(sql.arg(QStringLiteral("authsetting."), action)).toLongLong();
+    backend::Database database(options());
+    database.open(backend::Database::Creation::Forbidden, backend::Database::Inspection::Whole);
+    return database.execute(sql.arg(QString(), action)).toLongLong();
+}
+
+void StoreFixture::meddle(const QString& sql) const
+{
+    if (m_server) {
+        m_server->value(QStringLiteral("SET search_path = authsetting; ") + sql);
+        return;
+    }
+    backend::Database database(options());
+    database.open(backend::Database::Creation::Forbidden, backend::Database::Inspection::Brief);
+    database.execute(sql);
 }

@@ -4,6 +4,7 @@
 #include "backend/client/Session.h"
 #include "backend/store/StoreAdmin.h"
 #include "backend/store/UserStore.h"
+#include "tests/backend/ServerFixture.h"
 
 #include <QDateTime>
 #include <QString>
@@ -13,7 +14,8 @@
 #include <atomic>
 #include <memory>
 
-/// A store of its own in a temporary folder, with a clock that the test sets.
+/// A store of its own with a clock that the test sets: in a temporary folder, or on a server when
+/// AUTHSETTING_TEST_ENGINE says "postgresql".
 ///
 /// alice owns the accounts 1 to 5 and the main account 6 with its sub-account 7, and manages dora
 /// (enabled) and erin (disabled). bob owns account 20. carl is disabled. Everybody's password is
@@ -24,7 +26,10 @@ public:
     StoreFixture();
 
     backend::StoreOptions options() const;
+    /// Where an embedded store's file is.
     QString path() const;
+    /// The store as other processes are told of it.
+    QString place() const;
     QString folder() const { return m_folder.path(); }
 
     /// Makes the users and accounts above; null on failure, which the test reports.
@@ -55,9 +60,16 @@ public:
     backend::StoreRequest cancel(int account, const QString& grantee) const;
     /// Every grant's state by account number, as "bob current server", in order of making.
     QStringList grantsOf(int account) const;
+    /// A number that grows by one with each transaction that grants something.
+    qint64 commits() const;
+    /// Changes the tables behind everybody's back, in words that every engine understands.
+    void meddle(const QString& sql) const;
+    /// How many successful entries of the audit trail name that action.
+    qint64 auditCount(const QString& action) const;
 
 private:
     QTemporaryDir m_folder;
+    std::unique_ptr<ServerFixture> m_server;
     std::shared_ptr<std::atomic<qint64>> m_now;
 };
 

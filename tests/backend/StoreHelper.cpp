@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QFileInfo>
 #include <QStringList>
+#include <QTemporaryDir>
 
 #include <csignal>
 #include <cstdio>
@@ -22,10 +23,11 @@ namespace {
 using backend::Session;
 using backend::StoreOptions;
 
-StoreOptions optionsFor(const QString& path)
+StoreOptions optionsFor(const QString& place, const QString& folder)
 {
     StoreOptions options;
-    options.location = backend::StoreLocation::parse(path);
+    options.location = backend::StoreLocation::parse(place);
+    options.dataFolder = folder;
     options.clock = [] {
         return QDateTime(QDate(2024, 3, 15), QTime(10, 0), utils::exchangeTimeZone());
     };
@@ -104,10 +106,11 @@ int main(int argc, char** argv)
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.size() < 4)
         return 2;
-    const QString mode = arguments[1];
-    const QString user = arguments[3];
-    backend::SignInResult result =
-        Session::signIn(optionsFor(arguments[2]), user, QStringLiteral("pw-") + user);
+    const QString& mode = arguments[1];
+    const QString& user = arguments[3];
+    const QTemporaryDir folder;
+    backend::SignInResult result = Session::signIn(optionsFor(arguments[2], folder.path()), user,
+                                                   QStringLiteral("pw-") + user);
     if (!result.session) {
         say(result.error);
         return 1;

@@ -18,7 +18,7 @@ private Q_SLOTS:
         StoreFixture fixture;
         QVERIFY(fixture.fill());
         // With the interval that a real session has.
-        HelperProcess helper({QStringLiteral("watch"), fixture.path(), name::bob});
+        HelperProcess helper({QStringLiteral("watch"), fixture.place(), name::bob});
         QVERIFY(helper.waitForLines(1));
         QCOMPARE(helper.lines, QStringList(QStringLiteral("ready")));
         const auto alice = fixture.signIn(name::alice);
@@ -41,7 +41,7 @@ private Q_SLOTS:
     {
         StoreFixture fixture;
         QVERIFY(fixture.fill());
-        HelperProcess helper({QStringLiteral("watch"), fixture.path(), name::bob});
+        HelperProcess helper({QStringLiteral("watch"), fixture.place(), name::bob});
         QVERIFY(helper.waitForLines(1));
         const auto alice = fixture.signIn(name::alice);
         QVERIFY(alice);
@@ -64,9 +64,9 @@ private Q_SLOTS:
         StoreFixture fixture;
         QVERIFY(fixture.fill());
         QVERIFY(fixture.addAccounts(1000, 300));
-        HelperProcess one(
-            {QStringLiteral("grant"), fixture.path(), name::alice, name::bob, QStringLiteral("5")});
-        HelperProcess two({QStringLiteral("grant"), fixture.path(), name::alice, name::dora,
+        HelperProcess one({QStringLiteral("grant"), fixture.place(), name::alice, name::bob,
+                           QStringLiteral("5")});
+        HelperProcess two({QStringLiteral("grant"), fixture.place(), name::alice, name::dora,
                            QStringLiteral("5")});
         QVERIFY(one.waitForEnd());
         QVERIFY(two.waitForEnd());
