@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+namespace admin {
+
+/// Writes a line to standard output.
+void say(const QString& line);
+/// Writes a line to standard error; characters that could steer the terminal are replaced.
+void complain(const QString& line);
+
+/// Asks for a password on the terminal without showing it. Nothing, with the reason in `error` in
+/// Chinese, when there is no terminal or the user gives up (Ctrl+C, Ctrl+D).
+std::optional<QString> askPassword(const QString& question, QString* error);
+
+} // namespace admin
