@@ -2,7 +2,7 @@
 # Run as: cmake -DROOT=<source dir> -P CheckIncludes.cmake
 cmake_minimum_required(VERSION 3.21)
 
-set(layers utils kit authsetting backend host)
+set(layers utils kit authsetting backend admin host)
 set(failures "")
 
 foreach(layer IN LISTS layers)

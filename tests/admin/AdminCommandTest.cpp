@@ -1,0 +1,260 @@
+#include "backend/client/Session.h"
+#include "tests/admin/AdminProgram.h"
+#include "tests/support/TestCase.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+
+namespace {
+
+const QByteArray usersCsv = "\xef\xbb\xbfname,password,enabled\r\n"
+                            "alice,pw-alice,1\r\n"
+                            "bob,\"pw,\"\"bob\"\"\",\r\n"
+                            "carl,pw-carl,0\r\n";
+const QByteArray accountsCsv = "owner,type,platform_id,broker_id,number,secret,alias\n"
+                               "alice,futures,1,9999,880001,s1,\n"
+                               "alice,股票,1,9999,880002,s2,备用账户\n"
+                               "alice,1,1,9999,880003,s3,\n";
+
+} // namespace
+
+class AdminCommandTest : public TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        TestCase::init();
+        m_folder = std::make_unique<QTemporaryDir>();
+        m_store = m_folder->filePath(QStringLiteral("data/store.db"));
+        QCOMPARE(run({QStringLiteral("create")}).code, 0);
+    }
+
+    void cleanup()
+    {
+        m_folder.reset();
+        TestCase::cleanup();
+    }
+
+    void aStoreIsMadeForItsOwnerAlone()
+    {
+        QCOMPARE(QFile::permissions(m_store) & ~(QFile::ReadUser | QFile::WriteUser),
+                 QFile::ReadOwner | QFile::WriteOwner);
+        QCOMPARE(run({QStringLiteral("create")}).code, 0);
+        QCOMPARE(run({QStringLiteral("verify")}).code, 0);
+    }
+
+    void whatIsImportedIsListedAndSignsIn()
+    {
+        QCOMPARE(import("platforms", "kind,platform_id,name\nfutures,1,期货平台\n").code, 0);
+        QCOMPARE(import("brokers", "kind,platform_id,broker_id,name\nfutures,1,9999,公司\n").code,
+                 0);
+        const AdminProgram users = import("users", usersCsv);
+        QCOMPARE(users.output, QStringLiteral("已添加 3 条记录，拒绝 0 条。\n"));
+        QCOMPARE(users.code, 0);
+        QCOMPARE(import("sub-users", "owner,name,password\nalice,dora,pw-dora\n").code, 0);
+        QCOMPARE(import("accounts", accountsCsv).code, 0);
+        QCOMPARE(import("sub-accounts", "platform_id,broker_id,number,parent_number\n"
+                                        "1,9999,880003,880001\n")
+                     .code,
+                 0);
+        QCOMPARE(run({QStringLiteral("list"), QStringLiteral("users")}).output,
+                 QStringLiteral("owner,name,enabled\n,alice,1\n,bob,1\n,carl,0\nalice,dora,1\n"));
+        QCOMPARE(run({QStringLiteral("list"), QStringLiteral("accounts")}).output,
+                 QStringLiteral("owner,type,platform_id,broker_id,sub_type,number,alias,"
+                                "parent_number\n"
+                                "alice,futures,1,9999,0,880001,,\n"
+                                "alice,stock,1,9999,0,880002,备用账户,\n"
+                                "alice,futures,1,9999,0,880003,,880001\n"));
+        QCOMPARE(run({QStringLiteral("list"), QStringLiteral("grants")}).output.count(u'\n'), 1);
+        backend::StoreOptions options;
+        options.location = backend::StoreLocation::parse(m_store);
+        QVERIFY(
+            backend::Session::signIn(options, QStringLiteral("bob"), QStringLiteral("pw,\"bob\""))
+                .session);
+        QVERIFY(
+            !backend::Session::signIn(options, QStringLiteral("carl"), QStringLiteral("pw-carl"))
+                 .session);
+    }
+
+    void refusedRowsAreReportedAndTheOthersTaken()
+    {
+        QCOMPARE(import("users", usersCsv).code, 0);
+        const AdminProgram run =
+            import("accounts", "owner,type,platform_id,broker_id,number,secret\n"
+                               "alice,futures,1,9999,1,s\n"
+                               "nobody,futures,1,9999,2,s\n"
+                               "alice,bonds,1,9999,3,s\n"
+                               "alice,futures,one,9999,4,s\n"
+                               "alice,futures,1,9999,5\n"
+                               "alice,futures,1,9999,1,again\n"
+                               "alice,futures,1,9999,\xff,s\n"
+                               "alice,futures,1,9999,,s\n"
+                               "alice,futures,1,9999,\"\x1b[31m6\",s\n"
+                               "alice,futures,1,9999,7,s\n");
+        QCOMPARE(run.code, 1);
+        QCOMPARE(run.output, QStringLiteral("已添加 2 条记录，拒绝 8 条。\n"));
+        QCOMPARE(run.complaints, QStringLiteral("第 3 行：用户“nobody”不存在\n"
+                                                "第 4 行：列 type 的值“bonds”应为futures 或 stock\n"
+                                                "第 5 行：列 platform_id 的值“one”应为整数\n"
+                                                "第 6 行：有 5 个字段，应为 6 个\n"
+                                                "第 7 行：账号“1”已存在\n"
+                                                "第 8 行：不是 UTF-8 编码\n"
+                                                "第 9 行：账号不能为空\n"
+                                                "第 10 行：账号信息含有非法字符或过长\n"));
+        QCOMPARE(AdminCommandTest::run({QStringLiteral("list"), QStringLiteral("accounts")})
+                     .output.count(u'\n'),
+                 3);
+    }
+
+    void strictTakesAllOrNone()
+    {
+        const QByteArray csv = "name,password\nalice,a\n,b\ncarl,c\n";
+        const AdminProgram strict = import("users", csv, {QStringLiteral("--strict")});
+        QCOMPARE(strict.code, 1);
+        QCOMPARE(strict.complaints, QStringLiteral("第 3 行：用户名不能为空\n"));
+        QCOMPARE(strict.output, QStringLiteral("已添加 0 条记录，拒绝 1 条。\n"));
+        QCOMPARE(run({QStringLiteral("list"), QStringLiteral("users")}).output.count(u'\n'), 1);
+        QCOMPARE(import("users", csv).code, 1);
+        QCOMPARE(run({QStringLiteral("list"), QStringLiteral("users")}).output.count(u'\n'), 3);
+    }
+
+    void complaintsCannotSteerTheTerminal()
+    {
+        const AdminProgram run = import("sub-users", "owner,name,password\n\"\x1b[2J\",x,y\n");
+        QCOMPARE(run.code, 1);
+        QVERIFY(!run.complaints.contains(QChar(0x1b)));
+    }
+
+    void filesWithPasswordsMustBePrivate()
+    {
+        const QString path = writeFile(m_folder->filePath(QStringLiteral("users.csv")), usersCsv,
+                                       QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup);
+        const AdminProgram refused = run({QStringLiteral("import"), QStringLiteral("users"), path});
+        QCOMPARE(refused.code, 4);
+        QVERIFY(refused.complaints.contains(QStringLiteral("chmod 600")));
+        QCOMPARE(run({QStringLiteral("list"), QStringLiteral("users")}).output.count(u'\n'), 1);
+        // Whoever may read this learns no secret.
+        const QString platforms =
+            writeFile(m_folder->filePath(QStringLiteral("platforms.csv")),
+                      "kind,platform_id,name\nstock,1,x\n",
+                      QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
+        QCOMPARE(run({QStringLiteral("import"), QStringLiteral("platforms"), platforms}).code, 0);
+    }
+
+    void filesThatAreNoneAreRefused()
+    {
+        QCOMPARE(run({QStringLiteral("import"), QStringLiteral("users"),
+                      m_folder->filePath(QStringLiteral("missing.csv"))})
+                     .code,
+                 4);
+        QCOMPARE(
+            run({QStringLiteral("import"), QStringLiteral("platforms"), m_folder->path()}).code, 4);
+        QCOMPARE(import("users", "").code, 4);
+        QCOMPARE(import("users", "name\nx\n").code, 4);
+    }
+
+    void wrongCommandLinesAreExplained_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        const auto row = [](const char* name, const QString& arguments) {
+            QTest::newRow(name) << arguments.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+        };
+        row("nothing", QString());
+        row("no store", QStringLiteral("create"));
+        row("no command", QStringLiteral("--store x.db"));
+        row("unknown command", QStringLiteral("--store x.db drop"));
+        row("unknown option", QStringLiteral("--store x.db --password x create"));
+        row("too few arguments", QStringLiteral("--store x.db import users"));
+        row("too many arguments", QStringLiteral("--store x.db verify all"));
+        row("unknown kind", QStringLiteral("--store x.db list secrets"));
+        row("strict listing", QStringLiteral("--store x.db --strict verify"));
+        row("unknown engine", QStringLiteral("--store mysql://a/b verify"));
+        row("a password in the address", QStringLiteral("--store postgresql://a:b@c/d verify"));
+        row("a password for a file", QStringLiteral("--store x.db --ask-password verify"));
+    }
+    void wrongCommandLinesAreExplained()
+    {
+        QFETCH(QStringList, arguments);
+        const AdminProgram run(arguments);
+        QCOMPARE(run.code, 2);
+        QVERIFY(!run.complaints.isEmpty());
+        QCOMPARE(run.output, QString());
+    }
+
+    void aBackupBringsEverythingBack()
+    {
+        QCOMPARE(import("users", usersCsv).code, 0);
+        QCOMPARE(import("accounts", accountsCsv).code, 0);
+        const QString backup = m_folder->filePath(QStringLiteral("backup.db"));
+        QCOMPARE(run({QStringLiteral("backup"), backup}).code, 0);
+        QCOMPARE(QFile::permissions(backup) & ~(QFile::ReadUser | QFile::WriteUser),
+                 QFile::ReadOwner | QFile::WriteOwner);
+        // Neither a backup nor a store is ever written over.
+        QCOMPARE(run({QStringLiteral("backup"), backup}).code, 4);
+        QCOMPARE(run({QStringLiteral("restore"), backup}).code, 3);
+        const QString second = m_folder->filePath(QStringLiteral("new/store.db"));
+        QCOMPARE(AdminProgram(second, {QStringLiteral("restore"), backup}).code, 0);
+        for (const QString& what :
+             {QStringLiteral("users"), QStringLiteral("accounts"), QStringLiteral("grants")}) {
+            QCOMPARE(AdminProgram(second, {QStringLiteral("list"), what}).output,
+                     run({QStringLiteral("list"), what}).output);
+        }
+        backend::StoreOptions options;
+        options.location = backend::StoreLocation::parse(second);
+        QVERIFY(
+            backend::Session::signIn(options, QStringLiteral("alice"), QStringLiteral("pw-alice"))
+                .session);
+        QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files | QDir::Hidden),
+                 QStringList({QStringLiteral("backup.db"), QStringLiteral("import.csv")}));
+    }
+
+    void aDamagedBackupRestoresNothing()
+    {
+        QCOMPARE(import("users", usersCsv).code, 0);
+        const QString backup = m_folder->filePath(QStringLiteral("backup.db"));
+        QCOMPARE(run({QStringLiteral("backup"), backup}).code, 0);
+        QFile file(backup);
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        QVERIFY(file.resize(file.size() / 2));
+        file.close();
+        const QString target = m_folder->filePath(QStringLiteral("other/store.db"));
+        QCOMPARE(AdminProgram(target, {QStringLiteral("restore"), backup}).code, 3);
+        QVERIFY(!QFile::exists(target));
+        QCOMPARE(
+            QDir(m_folder->filePath(QStringLiteral("other"))).entryList(QDir::Files | QDir::Hidden),
+            QStringList());
+    }
+
+    void onlyCreateMakesAStore()
+    {
+        const QString missing = m_folder->filePath(QStringLiteral("missing.db"));
+        QCOMPARE(AdminProgram(missing, {QStringLiteral("verify")}).code, 3);
+        QCOMPARE(AdminProgram(missing, {QStringLiteral("backup"), missing + u'2'}).code, 4);
+        QVERIFY(!QFile::exists(missing));
+        const QString foreign =
+            writeFile(m_folder->filePath(QStringLiteral("foreign.txt")), "no store at all");
+        QCOMPARE(AdminProgram(foreign, {QStringLiteral("create")}).code, 3);
+    }
+
+private:
+    AdminProgram run(const QStringList& arguments) const { return {m_store, arguments}; }
+    AdminProgram import(const char* kind, const QByteArray& csv,
+                        const QStringList& options = {}) const
+    {
+        const QString path = writeFile(m_folder->filePath(QStringLiteral("import.csv")), csv);
+        return {m_store,
+                options + QStringList{QStringLiteral("import"), QString::fromLatin1(kind), path}};
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    QString m_store;
+};
+
+int main(int argc, char** argv)
+{
+    return runTest<AdminCommandTest>(argc, argv);
+}
+
+#include "AdminCommandTest.moc"

@@ -1,0 +1,211 @@
+#include "authsetting/services/UserConfig.h"
+#include "backend/client/Session.h"
+#include "tests/admin/AdminProgram.h"
+#include "tests/support/TestCase.h"
+
+#include <QTemporaryDir>
+
+namespace {
+
+// As the superuser of the test's server.
+QString psql(const QString& sql, const QString& database = QStringLiteral("postgres"))
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    process.start(QStringLiteral("psql"),
+                  {QStringLiteral("-X"), QStringLiteral("-q"), QStringLiteral("-A"),
+                   QStringLiteral("-t"), QStringLiteral("-d"), database, QStringLiteral("-c"),
+                   sql});
+    process.waitForFinished(60'000);
+    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+}
+
+void dropEverything()
+{
+    psql(QStringLiteral("DROP DATABASE IF EXISTS branch WITH (FORCE)"));
+    psql(QStringLiteral("DO $$DECLARE r text; BEGIN FOR r IN SELECT rolname FROM pg_roles WHERE "
+                        "rolname LIKE 'as\\_%' LOOP EXECUTE format('DROP ROLE %I', r); END LOOP; "
+                        "END$$"));
+}
+
+} // namespace
+
+class ServerAdminTest : public TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        TestCase::init();
+        dropEverything();
+        psql(QStringLiteral("CREATE DATABASE branch"));
+        m_folder = std::make_unique<QTemporaryDir>();
+        m_store = QStringLiteral("postgresql://%1@%2:%3/branch")
+                      .arg(qEnvironmentVariable("PGUSER"), qEnvironmentVariable("PGHOST"),
+                           qEnvironmentVariable("PGPORT"));
+        m_passwordFile =
+            writeFile(m_folder->filePath(QStringLiteral("password")), qgetenv("PGPASSWORD") + '\n');
+        QCOMPARE(run({QStringLiteral("create")}).code, 0);
+    }
+
+    void cleanup()
+    {
+        dropEverything();
+        m_folder.reset();
+        TestCase::cleanup();
+    }
+
+    void createdTwiceIsCreatedOnce()
+    {
+        const AdminProgram again = run({QStringLiteral("create")});
+        QCOMPARE(again.complaints, QString());
+        QCOMPARE(again.code, 0);
+        QCOMPARE(run({QStringLiteral("verify")}).code, 0);
+    }
+
+    void passwordFilesMustBePrivate()
+    {
+        QVERIFY(QFile::setPermissions(m_passwordFile,
+                                      QFile::ReadOwner | QFile::WriteOwner | QFile::ReadOther));
+        const AdminProgram refused = run({QStringLiteral("verify")});
+        QCOMPARE(refused.code, 4);
+        QVERIFY(refused.complaints.contains(QStringLiteral("chmod 600")));
+    }
+
+    void aWrongPasswordOpensNothing()
+    {
+        writeFile(m_passwordFile, "wrong\n");
+        QCOMPARE(run({QStringLiteral("verify")}).code, 3);
+    }
+
+    void goodRowsAreTakenAndRefusedOnesReported()
+    {
+        QCOMPARE(import("platforms", "kind,platform_id,name\nfutures,1,期货平台\n").code, 0);
+        const AdminProgram brokers = import("brokers", "kind,platform_id,broker_id,name\n"
+                                                       "futures,1,9999,公司\n"
+                                                       "futures,1,9999,公司\n"
+                                                       "stock,7,1,公司\n"
+                                                       "futures,1,8888,公司\n");
+        QCOMPARE(brokers.complaints,
+                 QStringLiteral("第 3 行：经纪公司“9999”已存在，或者没有平台 1\n"
+                                "第 4 行：经纪公司“1”已存在，或者没有平台 7\n"));
+        QCOMPARE(brokers.code, 1);
+        const QByteArray longName = QByteArray("\xe5\xbc\xa0").repeated(22);
+        const AdminProgram users =
+            import("users", "name,password\nalice,pw-alice\n" + longName + ",x\nalice,y\nbob,z\n");
+        QCOMPARE(users.output, QStringLiteral("已添加 2 条记录，拒绝 2 条。\n"));
+        QCOMPARE(users.complaints, QStringLiteral("第 3 行：用户名过长：服务器上最多 63 字节\n"
+                                                  "第 4 行：用户“alice”已存在\n"));
+        QVERIFY(signsIn(QStringLiteral("alice"), QStringLiteral("pw-alice")));
+        QVERIFY(!signsIn(QStringLiteral("alice"), QStringLiteral("y")));
+        QCOMPARE(run({QStringLiteral("verify")}).code, 0);
+    }
+
+    void aBackupBringsTheLoginsBack()
+    {
+        fill();
+        const QString backup = m_folder->filePath(QStringLiteral("branch.backup"));
+        const AdminProgram saved = run({QStringLiteral("backup"), backup});
+        QCOMPARE(saved.complaints, QString());
+        QCOMPARE(saved.code, 0);
+        QCOMPARE(QFile::permissions(backup) & ~(QFile::ReadUser | QFile::WriteUser),
+                 QFile::ReadOwner | QFile::WriteOwner);
+        QCOMPARE(run({QStringLiteral("backup"), backup}).code, 4);
+        QStringList before;
+        for (const QString& what : kinds())
+            before.append(run({QStringLiteral("list"), what}).output);
+        // Into the database that is there, and beside logins that are there, nothing is restored.
+        QCOMPARE(run({QStringLiteral("restore"), backup}).code, 3);
+        psql(QStringLiteral("DROP DATABASE branch WITH (FORCE)"));
+        psql(QStringLiteral("CREATE DATABASE branch"));
+        const AdminProgram besideLogins = run({QStringLiteral("restore"), backup});
+        QCOMPARE(besideLogins.code, 3);
+        QVERIFY(besideLogins.complaints.contains(QStringLiteral("服务器上已有登录")));
+
+        dropEverything();
+        psql(QStringLiteral("CREATE DATABASE branch"));
+        const AdminProgram restored = run({QStringLiteral("restore"), backup});
+        QCOMPARE(restored.complaints, QString());
+        QCOMPARE(restored.code, 0);
+        QStringList after;
+        for (const QString& what : kinds())
+            after.append(run({QStringLiteral("list"), what}).output);
+        QCOMPARE(after, before);
+        QVERIFY(signsIn(QStringLiteral("alice"), QStringLiteral("pw-alice")));
+        QVERIFY(signsIn(QStringLiteral("dora"), QStringLiteral("pw-dora")));
+        QVERIFY(!signsIn(QStringLiteral("carl"), QStringLiteral("pw-carl")));
+        QCOMPARE(psql(QStringLiteral("SELECT has_database_privilege('public', 'branch', "
+                                     "'CONNECT')")),
+                 QStringLiteral("f"));
+    }
+
+    void aSpoiltBackupRestoresNothing()
+    {
+        fill();
+        const QString backup = m_folder->filePath(QStringLiteral("branch.backup"));
+        QCOMPARE(run({QStringLiteral("backup"), backup}).code, 0);
+        dropEverything();
+        psql(QStringLiteral("CREATE DATABASE branch"));
+        QFile file(backup);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray whole = file.readAll();
+        file.close();
+        QByteArray altered = whole;
+        altered.replace("alice", "alicf");
+        for (const QByteArray& spoilt : {whole.left(whole.size() / 2), altered, QByteArray()}) {
+            writeFile(backup, spoilt);
+            QCOMPARE(run({QStringLiteral("restore"), backup}).code, 3);
+            QCOMPARE(psql(QStringLiteral("SELECT count(*) FROM pg_namespace WHERE nspname LIKE "
+                                         "'authsetting%'"),
+                          QStringLiteral("branch")),
+                     QStringLiteral("0"));
+        }
+    }
+
+private:
+    static QStringList kinds()
+    {
+        return {QStringLiteral("users"), QStringLiteral("accounts"), QStringLiteral("grants")};
+    }
+    AdminProgram run(const QStringList& arguments) const
+    {
+        return {m_store,
+                QStringList{QStringLiteral("--password-file"), m_passwordFile} + arguments};
+    }
+    AdminProgram import(const char* kind, const QByteArray& csv) const
+    {
+        const QString path = writeFile(m_folder->filePath(QStringLiteral("import.csv")), csv);
+        return run({QStringLiteral("import"), QString::fromLatin1(kind), path});
+    }
+    void fill() const
+    {
+        QCOMPARE(import("users", "name,password,enabled\nalice,pw-alice,1\nbob,pw-bob,1\n"
+                                 "carl,pw-carl,0\n")
+                     .code,
+                 0);
+        QCOMPARE(import("sub-users", "owner,name,password\nalice,dora,pw-dora\n").code, 0);
+        QCOMPARE(import("accounts", "owner,type,platform_id,broker_id,number,secret\n"
+                                    "alice,futures,1,9999,880001,s1\n")
+                     .code,
+                 0);
+    }
+    bool signsIn(const QString& user, const QString& password) const
+    {
+        backend::StoreOptions options;
+        options.location = backend::StoreLocation::parse(m_store);
+        options.dataFolder = m_folder->path();
+        return backend::Session::signIn(options, user, password).session != nullptr;
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    QString m_store;
+    QString m_passwordFile;
+};
+
+int main(int argc, char** argv)
+{
+    return runTest<ServerAdminTest>(argc, argv);
+}
+
+#include "ServerAdminTest.moc"
