@@ -27,7 +27,7 @@ HostApplication::~HostApplication() = default;
 
 QString HostApplication::start()
 {
-    const QString error = openStore();
+    QString error = openStore();
     if (error.isEmpty())
         showSignIn(m_options.user);
     return error;
@@ -37,7 +37,7 @@ QString HostApplication::openStore()
 {
     m_isDemo = !m_storeOptions.location.isValid();
     if (m_isDemo) {
-        const QString error = DemoStore::ensure(m_demoFolder, m_storeOptions);
+        QString error = DemoStore::ensure(m_demoFolder, m_storeOptions);
         if (!error.isEmpty())
             return error;
         m_storeOptions.location = backend::StoreLocation::parse(DemoStore::filePath(m_demoFolder));

@@ -129,8 +129,10 @@ void AccountListView::fillGrant(int row, const GW::CAccount& account)
     m_table->setItemText(row, Mark, mark.text);
     m_table->setItemIconKey(row, Mark, mark.iconKey);
     m_table->setItemTextColorKey(row, Mark, mark.colorKey);
-    if (mark.isNear)
+    if (mark.isNear) {
+        m_table->setItemToolTip(row, State, mark.text);
         ++m_nearExpiryCount;
+    }
 }
 
 bool AccountListView::handleEvent(int eventId, int param1, int param2, QString text, void* data)

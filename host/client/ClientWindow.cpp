@@ -58,7 +58,7 @@ ClientWindow::ClientWindow(std::unique_ptr<backend::Session> session, const QStr
     buildStatusBar(storeName);
     resize(QSize(uiSize("gw_siz_client_window_width"), uiSize("gw_siz_client_window_height"))
                .boundedTo(screen()->availableSize()));
-    onUiResourceChanged();
+    takeTheme();
 
     connect(m_session->authClient(), &GW::CAuthClient::sigUiUpdateAuth, this,
             &ClientWindow::reload);
@@ -260,6 +260,11 @@ void ClientWindow::tick()
 }
 
 void ClientWindow::onUiResourceChanged()
+{
+    takeTheme();
+}
+
+void ClientWindow::takeTheme()
 {
     setFont(KZ::CUiResource::getFont(QStringLiteral("fnt_default_normal")));
     setPalette(KZ::CUiResource::palette());

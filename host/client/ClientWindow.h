@@ -73,6 +73,7 @@ private:
     void fillSubUserMenu();
     void openAccount(const QString& key);
     void showAuditTrail();
+    void takeTheme();
     void reload();
     void tick();
 

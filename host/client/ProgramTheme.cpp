@@ -10,12 +10,17 @@ namespace host {
 ProgramTheme::ProgramTheme()
 {
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
-    onUiResourceChanged();
+    takeTheme();
 }
 
 ProgramTheme::~ProgramTheme() = default;
 
 void ProgramTheme::onUiResourceChanged()
+{
+    takeTheme();
+}
+
+void ProgramTheme::takeTheme()
 {
     QApplication::setPalette(KZ::CUiResource::palette());
     QApplication::setFont(KZ::CUiResource::getFont(QStringLiteral("fnt_default_normal")));

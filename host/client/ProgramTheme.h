@@ -13,6 +13,9 @@ public:
     ~ProgramTheme() override;
 
     void onUiResourceChanged() override;
+
+private:
+    static void takeTheme();
 };
 
 } // namespace host

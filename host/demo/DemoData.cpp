@@ -11,8 +11,6 @@ namespace host {
 namespace {
 
 using Kind = backend::StoreAdmin::Kind;
-using backend::GrantSource;
-using backend::GrantState;
 
 struct DemoPlatform
 {

@@ -61,7 +61,7 @@ void grantOnServer(TourStage& stage)
 QString grantIntoFile(TourStage& stage)
 {
     TourScene& scene = stage.scene;
-    const QString path = stage.client.folder() + QStringLiteral("/tour.taa");
+    QString path = stage.client.folder() + QStringLiteral("/tour.taa");
     scene.clickCell(text(fileShown), tickColumn);
     scene.typeInto(QStringLiteral("被授权人"), DemoData::partner());
     scene.press({XHands::KeyTab});
@@ -136,7 +136,7 @@ QString walkBatchGrants(TourStage& stage)
     scene.awaitTitle(QStringLiteral("授权设置"));
     scene.takePicture(QStringLiteral("overview"));
     grantOnServer(stage);
-    const QString path = grantIntoFile(stage);
+    QString path = grantIntoFile(stage);
     cancelFromOverview(stage);
     scene.closeDialog();
     scene.takePicture(QStringLiteral("client-messages"));

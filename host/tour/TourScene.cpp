@@ -15,7 +15,7 @@ namespace host {
 
 namespace {
 
-constexpr int lookEveryMs = 40;
+constexpr int lookEveryMs = 50;
 constexpr int patienceMs = 15000;
 
 bool tipShows(const QString& text)
@@ -88,7 +88,7 @@ void TourScene::awaitIdle() const
 
 void TourScene::settle() const
 {
-    QThread::msleep(2 * lookEveryMs);
+    QThread::msleep(lookEveryMs);
     onGui([] { QCoreApplication::sendPostedEvents(); });
 }
 
