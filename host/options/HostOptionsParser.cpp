@@ -76,7 +76,8 @@ bool HostOptionsParser::parse(const QStringList& arguments)
     if (!m_parser.parse(arguments))
         return fail(m_parser.errorText());
     if (!m_parser.positionalArguments().isEmpty())
-        return fail(QStringLiteral("多余的参数“%1”。").arg(m_parser.positionalArguments().constFirst()));
+        return fail(
+            QStringLiteral("多余的参数“%1”。").arg(m_parser.positionalArguments().constFirst()));
     m_options.store = m_parser.value(optionStore);
     if (m_parser.isSet(optionStore) && m_options.store.isEmpty())
         return fail(QStringLiteral("选项 --store 没有写明位置。"));
