@@ -55,10 +55,7 @@ struct ImportFixture
 {
     ImportFixture()
     {
-        services.config.addPlatform(1, QStringLiteral("期货平台"));
-        services.config.addStkPlatform(1, QStringLiteral("股票平台"));
-        services.user.brokers.insert({1, QStringLiteral("9000")}, QStringLiteral("远山期货"));
-        services.user.stkBrokers.insert({1, QStringLiteral("9000")}, QStringLiteral("临江证券"));
+        nameFirms(services);
         QFile file(path());
         if (!file.open(QIODevice::WriteOnly) || file.write("sealed") != 6)
             QTest::qFail("no file to import", __FILE__, __LINE__);

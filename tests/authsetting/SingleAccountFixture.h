@@ -18,10 +18,7 @@ struct SingleAccountFixture
     explicit SingleAccountFixture(bool single = true)
         : page(new GW::CAuthSettingSingleAccountAuthorizeTabPage(single, &top))
     {
-        services.config.addPlatform(1, QStringLiteral("期货平台"));
-        services.config.addStkPlatform(1, QStringLiteral("股票平台"));
-        services.user.brokers.insert({1, QStringLiteral("9000")}, QStringLiteral("远山期货"));
-        services.user.stkBrokers.insert({1, QStringLiteral("9000")}, QStringLiteral("临江证券"));
+        nameFirms(services);
         services.client.subUsers = {QStringLiteral("ops1"), QStringLiteral("ops2"),
                                     QStringLiteral("ops3")};
         services.client.activeSubUsers = {QStringLiteral("ops1"), QStringLiteral("ops3")};

@@ -21,10 +21,7 @@ struct SubUserFixture
 {
     SubUserFixture()
     {
-        services.config.addPlatform(1, QStringLiteral("期货平台"));
-        services.config.addStkPlatform(1, QStringLiteral("股票平台"));
-        services.user.brokers.insert({1, QStringLiteral("9000")}, QStringLiteral("远山期货"));
-        services.user.stkBrokers.insert({1, QStringLiteral("9000")}, QStringLiteral("临江证券"));
+        nameFirms(services);
         services.client.subUsers = {QStringLiteral("ops")};
         services.client.activeSubUsers = {QStringLiteral("ops")};
         for (int number = 0; number < 4; ++number) {
@@ -54,6 +51,14 @@ struct SubUserFixture
     {
         start()->setDate(first);
         end()->setDate(last);
+    }
+
+    /// Shows the tab with a free row made pending for the 10th to the 12th of March 2026.
+    void makePending(int row)
+    {
+        page->reloadData();
+        setDays(QDate(2026, 3, 10), QDate(2026, 3, 12));
+        tick(row);
     }
 
     void disableUser()

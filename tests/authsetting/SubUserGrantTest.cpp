@@ -269,9 +269,7 @@ private Q_SLOTS:
     void aFileIsWrittenTwiceForEachEndOfItsGrant()
     {
         SubUserFixture test;
-        test.page->reloadData();
-        test.setDays(QDate(2026, 3, 10), QDate(2026, 3, 12));
-        test.tick(0);
+        test.makePending(0);
         test.sendFileGrant();
         test.wait();
         // One account, two deliveries: two ends with two writings each.
@@ -326,9 +324,7 @@ private Q_SLOTS:
     void aFileThatCannotBeWrittenIsToldAndTheGrantIsOver()
     {
         SubUserFixture test;
-        test.page->reloadData();
-        test.setDays(QDate(2026, 3, 10), QDate(2026, 3, 12));
-        test.tick(0);
+        test.makePending(0);
         test.services.client.exportResult = 1;
         test.sendFileGrant();
         test.wait();
@@ -354,9 +350,7 @@ private Q_SLOTS:
     void pendingAccountsOutliveAFileGrantUntilTheNextReload()
     {
         SubUserFixture test;
-        test.page->reloadData();
-        test.setDays(QDate(2026, 3, 10), QDate(2026, 3, 12));
-        test.tick(0);
+        test.makePending(0);
         test.sendFileGrant();
         test.wait();
         test.answer(0);
@@ -369,9 +363,7 @@ private Q_SLOTS:
     void aFinishedGrantNeverBlocksLaterReloads()
     {
         SubUserFixture test;
-        test.page->reloadData();
-        test.setDays(QDate(2026, 3, 10), QDate(2026, 3, 12));
-        test.tick(0);
+        test.makePending(0);
         // Whatever was pending is gone by the time the password is accepted, so that the export
         // runs inside the dialog's answer.
         ModalDriver dialogs;

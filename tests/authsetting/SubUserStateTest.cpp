@@ -124,9 +124,7 @@ private Q_SLOTS:
     void aChangedStateReloadsTheTabAndTheTree()
     {
         SubUserFixture test;
-        test.page->reloadData();
-        test.setDays(QDate(2026, 3, 10), QDate(2026, 3, 12));
-        test.tick(0);
+        test.makePending(0);
         test.services.client.activeSubUsers.clear();
         Q_EMIT test.services.client.sigSetSubUserResult(QStringLiteral("ops"), false, true, {});
         QCOMPARE(test.stateButton()->toolTip(), QStringLiteral("启用"));

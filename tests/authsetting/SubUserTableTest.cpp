@@ -299,9 +299,7 @@ private Q_SLOTS:
     void aTickedAccountBecomesPendingWithTheEditorsDays()
     {
         SubUserFixture test;
-        test.page->reloadData();
-        test.setDays(QDate(2026, 3, 10), QDate(2026, 3, 12));
-        test.tick(0);
+        test.makePending(0);
         QCOMPARE(rowTexts(test.table(), 0).mid(4, 4),
                  QStringList({modified, QString(), QStringLiteral("2026-03-10"),
                               QStringLiteral("2026-03-12")}));
@@ -345,9 +343,7 @@ private Q_SLOTS:
     void changedDaysReachTheSelectedPendingRow()
     {
         SubUserFixture test;
-        test.page->reloadData();
-        test.setDays(QDate(2026, 3, 10), QDate(2026, 3, 12));
-        test.tick(0);
+        test.makePending(0);
         test.table()->selectRow(0);
         test.setDays(QDate(2026, 3, 11), QDate(2026, 3, 20));
         QVERIFY(test.deliver(87, 3));
@@ -359,9 +355,7 @@ private Q_SLOTS:
     void anInvertedRangeOfAPendingRowUnticksItButItStaysPending()
     {
         SubUserFixture test;
-        test.page->reloadData();
-        test.setDays(QDate(2026, 3, 10), QDate(2026, 3, 12));
-        test.tick(0);
+        test.makePending(0);
         test.table()->selectRow(0);
         test.setDays(QDate(2026, 3, 20), QDate(2026, 3, 12));
         test.deliver(87, 3);
@@ -434,9 +428,7 @@ private Q_SLOTS:
     void aReloadForgetsWhatWasPending()
     {
         SubUserFixture test;
-        test.page->reloadData();
-        test.setDays(QDate(2026, 3, 10), QDate(2026, 3, 12));
-        test.tick(0);
+        test.makePending(0);
         test.page->reloadData();
         QCOMPARE(test.cell(0, 4), freeText);
         QVERIFY(!test.ticked(0));

@@ -37,7 +37,17 @@ inline KZ::CMessageTip* onlyTip()
         QCOMPARE(shownTip->anchor(), static_cast<QWidget*>(tipAnchor));                            \
     } while (false)
 
-/// Noon of the fake services' day.
+/// Names the platform 1 and its broker "9000" for futures and for stock accounts.
+inline void nameFirms(FakeServices& services)
+{
+    const QPair<int, QString> broker(1, QStringLiteral("9000"));
+    services.config.addPlatform(1, QStringLiteral("期货平台"));
+    services.config.addStkPlatform(1, QStringLiteral("股票平台"));
+    services.user.brokers.insert(broker, QStringLiteral("远山期货"));
+    services.user.stkBrokers.insert(broker, QStringLiteral("临江证券"));
+}
+
+/// The fake services' day.
 inline QDate testToday()
 {
     return QDate(2026, 3, 2);
