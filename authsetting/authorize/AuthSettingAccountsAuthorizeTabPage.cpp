@@ -3,7 +3,9 @@
 #include "authsetting/authorize/BatchAccountsTable.h"
 #include "authsetting/authorize/BatchForm.h"
 #include "authsetting/authorize/GrantFilePrompt.h"
+#include "authsetting/authorize/GrantMenu.h"
 #include "authsetting/authorize/GranteeList.h"
+#include "authsetting/authorize/SecretText.h"
 #include "authsetting/services/AccountKey.h"
 #include "authsetting/services/AuthClient.h"
 #include "authsetting/services/MsgService.h"
@@ -17,7 +19,6 @@
 #include "kit/events/EventIds.h"
 #include "kit/widgets/ComboBox.h"
 #include "kit/widgets/MediumNormalButton.h"
-#include "kit/widgets/Menu.h"
 
 #include <QPointer>
 
@@ -44,15 +45,18 @@ CAuthSettingAccountsAuthorizeTabPage::CAuthSettingAccountsAuthorizeTabPage(QWidg
     setDisabled(true);
 }
 
-CAuthSettingAccountsAuthorizeTabPage::~CAuthSettingAccountsAuthorizeTabPage() = default;
+CAuthSettingAccountsAuthorizeTabPage::~CAuthSettingAccountsAuthorizeTabPage()
+{
+    wipeSecret(m_exportPassword);
+}
 
 void CAuthSettingAccountsAuthorizeTabPage::buildMenu()
 {
-    m_authMenu = new KZ::CMenu(this);
+    m_authMenu = new CGrantMenu(this);
     m_authMenu->setObjectName(QStringLiteral("halden_batch_menu"));
-    connect(m_authMenu->addAction(QStringLiteral("文件授权")), &QAction::triggered, this,
+    connect(m_authMenu->fileAction(), &QAction::triggered, this,
             &CAuthSettingAccountsAuthorizeTabPage::onFileAuthTriggered);
-    connect(m_authMenu->addAction(QStringLiteral("服务器授权")), &QAction::triggered, this,
+    connect(m_authMenu->serverAction(), &QAction::triggered, this,
             &CAuthSettingAccountsAuthorizeTabPage::onServerAuthTriggered);
 }
 
@@ -77,7 +81,7 @@ void CAuthSettingAccountsAuthorizeTabPage::reloadData()
 
 void CAuthSettingAccountsAuthorizeTabPage::fillTable()
 {
-    m_form->table()->clear();
+    m_form->table()->clearAccounts();
     m_rowAccounts.clear();
     const CUserConfig* user = getUserConfig();
     CAuthClient* client = getAuthClient();
@@ -144,6 +148,7 @@ void CAuthSettingAccountsAuthorizeTabPage::authPasswordForFile(QString password)
 
 void CAuthSettingAccountsAuthorizeTabPage::grantSelected(const QString& password, bool toServer)
 {
+    wipeSecret(m_exportPassword);
     m_exportPassword = password;
     m_pendingKeys.clear();
     m_granted.clear();
@@ -176,7 +181,7 @@ CAuthSettingAccountsAuthorizeTabPage::newGrant(const CAccount& account) const
     grant->grantor = user ? user->userName : QString();
     grant->grantee = m_form->grantee();
     grant->account = account;
-    grant->limit = m_form->limit();
+    grant->limit = m_form->days().limit();
     return grant;
 }
 
@@ -310,19 +315,15 @@ void CAuthSettingAccountsAuthorizeTabPage::checkGrantee()
 
 void CAuthSettingAccountsAuthorizeTabPage::checkDates()
 {
-    const qint64 days = m_form->days();
-    if (days == 1)
-        showResultTip(m_form->endEditor(), QStringLiteral("授权日期为1天"), hintTip);
-    else if (days < 1)
-        showResultTip(m_form->endEditor(), QStringLiteral("授权开始时间晚于结束时间"), hintTip);
-    m_form->authorizeButton()->setEnabled(days > 0);
+    if (const QString hint = m_form->days().hint(); !hint.isEmpty())
+        showResultTip(m_form->endEditor(), hint, hintTip);
+    m_form->authorizeButton()->setEnabled(m_form->days().count() > 0);
     m_form->showPendingInSelected();
 }
 
 void CAuthSettingAccountsAuthorizeTabPage::popUpMenu()
 {
-    const KZ::CMediumNormalButton* button = m_form->authorizeButton();
-    m_authMenu->popup(button->mapToGlobal(QPoint(0, button->height())));
+    m_authMenu->popUpBelow(m_form->authorizeButton(), 0);
 }
 
 bool CAuthSettingAccountsAuthorizeTabPage::handleEvent(int eventId, int param1, int param2,

@@ -14,14 +14,11 @@
 
 #include <boost/shared_ptr.hpp>
 
-namespace KZ {
-class CMenu;
-}
-
 namespace GW {
 
 class CAccount;
 class CBatchForm;
+class CGrantMenu;
 
 /// The tab "批量授权": grants every ticked account to one user for a range of days, on the server
 /// or into an authorization file, and cancels the grant of a single row.
@@ -73,7 +70,7 @@ private:
     void reloadEverything();
 
     CBatchForm* m_form;
-    KZ::CMenu* m_authMenu = nullptr;
+    CGrantMenu* m_authMenu = nullptr;
     /// Row of the last cancel request.
     int m_cancelRow = -1;
     /// Accounts by row identifier, for cancelling.

@@ -52,6 +52,12 @@ void CBatchAccountsTable::buildColumns()
                                     QStringLiteral("gw_siz_auth_setting_accounts_state_width")));
 }
 
+void CBatchAccountsTable::clearAccounts()
+{
+    clear();
+    m_hints = CExpiryHints();
+}
+
 int CBatchAccountsTable::addAccount(const CAccount& account, const CAuthDetail* grant)
 {
     const bool grantable = account.authType == mbservice::AUTH_TYPE_NOT_GRANTED;
@@ -67,6 +73,7 @@ int CBatchAccountsTable::addAccount(const CAccount& account, const CAuthDetail* 
         setItemText(row, GranteeColumn, grant->grantee, false);
         setItemText(row, StartColumn, grantDayText(grant->limit.startTime), false);
         setItemText(row, EndColumn, grantDayText(grant->limit.endTime), false);
+        m_hints.mark(this, row, StateColumn, grant->limit.endTime);
     }
     if (account.authType == mbservice::AUTH_TYPE_GRANTED_TO_OTHER) {
         setItemWidget(

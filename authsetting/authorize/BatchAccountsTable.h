@@ -1,5 +1,6 @@
 #pragma once
 
+#include "authsetting/authorize/ExpiryHints.h"
 #include "authsetting/services/Account.h"
 #include "authsetting/services/AuthDetail.h"
 #include "kit/table/OddEvenRowTable.h"
@@ -30,6 +31,7 @@ public:
 
     explicit CBatchAccountsTable(QWidget* parent);
 
+    void clearAccounts();
     /// Appends the row of an account and of its grant, which may be null; returns its identifier.
     int addAccount(const CAccount& account, const CAuthDetail* grant);
 
@@ -44,6 +46,8 @@ public:
 
 private:
     void buildColumns();
+
+    CExpiryHints m_hints;
 };
 
 } // namespace GW

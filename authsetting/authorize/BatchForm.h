@@ -1,7 +1,6 @@
 #pragma once
 
 #include "authsetting/authorize/GrantDays.h"
-#include "authsetting/services/AuthLimit.h"
 #include "kit/widgets/WidgetList.h"
 
 #include <QDate>
@@ -40,10 +39,7 @@ public:
     /// The user's text, untrimmed.
     QString grantee() const;
 
-    /// The edited range as the conditions of a grant.
-    CAuthLimit limit() const { return m_days.limit(); }
-    /// Number of days in the edited range; 0 or less when it is inverted.
-    qint64 days() const { return m_days.count(); }
+    const CGrantDays& days() const { return m_days; }
 
     /// Shows the grant in the making in one row, or in every selected one.
     void showPending(int row);

@@ -88,6 +88,7 @@ void CAuthSettingAccountsOverviewTabPage::reloadData()
 {
     if (m_table)
         m_table->clear();
+    m_hints = CExpiryHints();
     m_rowAccounts.clear();
     const CUserConfig* user = getUserConfig();
     // The client may change the list while its reads are under way, so it is asked at every step.
@@ -136,6 +137,7 @@ void CAuthSettingAccountsOverviewTabPage::fillGrant(int row, const QString& key)
     m_table->setItemText(row, GranteeColumn, detail->grantee);
     m_table->setItemText(row, StartColumn, grantDayText(detail->limit.startTime));
     m_table->setItemText(row, EndColumn, grantDayText(detail->limit.endTime));
+    m_hints.mark(m_table, row, StateColumn, detail->limit.endTime);
 }
 
 bool CAuthSettingAccountsOverviewTabPage::handleEvent(int eventId, int param1, int param2,

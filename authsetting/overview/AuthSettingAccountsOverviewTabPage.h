@@ -1,5 +1,6 @@
 #pragma once
 
+#include "authsetting/authorize/ExpiryHints.h"
 #include "authsetting/services/AccountInfo.h"
 #include "authsetting/shell/AuthSettingTabPage.h"
 
@@ -44,6 +45,7 @@ private:
     /// The account of the grant in each row that has one.
     QMap<int, mbservice::CAccountInfo> m_rowAccounts;
     int m_pendingRow = -1;
+    CExpiryHints m_hints;
 };
 
 } // namespace GW

@@ -1,7 +1,7 @@
 #include "authsetting/authorize/AuthSettingAccountOpWidget.h"
 #include "kit/resources/UiResource.h"
 #include "tests/authsetting/BatchPageTools.h"
-#include "tests/support/TestCase.h"
+#include "tests/authsetting/TabPageTools.h"
 
 #include <QPushButton>
 
@@ -125,6 +125,22 @@ private Q_SLOTS:
         QCOMPARE(test.table->itemTextColorKey(0, 4), QStringLiteral("clr_auth_type_not_granted"));
         QCOMPARE(test.table->itemTextColorKey(1, 4),
                  QStringLiteral("clr_auth_type_granted_to_other"));
+    }
+
+    void aGrantNearItsEndIsMarkedBesideItsState()
+    {
+        BatchUnderTest test;
+        for (const int days : {1, 4}) {
+            test.services.grant(test.add(std::to_string(days).c_str()), QStringLiteral("bob"),
+                                testToday(), testToday().addDays(days));
+        }
+        test.page->reloadData();
+        QCOMPARE(expiryMark(test.table, 0, 4), QStringLiteral("还有 1 天到期"));
+        QCOMPARE(expiryMark(test.table, 1, 4), QString());
+        QCOMPARE(test.table->itemText(0, 4), QStringLiteral("已授权"));
+        test.services.time.now = test.services.time.now.addDays(1);
+        test.page->reloadData();
+        QCOMPARE(expiryMark(test.table, 1, 4), QStringLiteral("还有 3 天到期"));
     }
 
     void everyTypeButFuturesIsStock()

@@ -5,9 +5,7 @@
 #include "authsetting/shell/AuthSettingEvents.h"
 #include "authsetting/shell/RequestTag.h"
 #include "kit/table/OddEvenRowTable.h"
-#include "tests/authsetting/ShellTestTools.h"
-#include "tests/support/TestCase.h"
-#include "tests/support/fakes/FakeServices.h"
+#include "tests/authsetting/TabPageTools.h"
 
 #include <QPushButton>
 #include <QTableView>
@@ -120,6 +118,22 @@ private Q_SLOTS:
         QCOMPARE(test.table->itemTextColorKey(0, 3), QStringLiteral("clr_auth_type_not_granted"));
         QCOMPARE(test.table->itemTextColorKey(1, 3),
                  QStringLiteral("clr_auth_type_granted_to_other"));
+    }
+
+    void aGrantNearItsEndIsMarkedBesideItsState()
+    {
+        OverviewUnderTest test;
+        for (const int days : {0, 4}) {
+            test.services.grant(test.add(std::to_string(days).c_str()), QStringLiteral("bob"),
+                                testToday(), testToday().addDays(days));
+        }
+        test.page->reloadData();
+        QCOMPARE(expiryMark(test.table, 0, 3), QStringLiteral("今天到期"));
+        QCOMPARE(expiryMark(test.table, 1, 3), QString());
+        QCOMPARE(test.table->itemText(0, 3), QStringLiteral("已授权"));
+        test.services.time.now = test.services.time.now.addDays(1);
+        test.page->reloadData();
+        QCOMPARE(expiryMark(test.table, 1, 3), QStringLiteral("还有 3 天到期"));
     }
 
     void onlyTypeTwoIsStock()
