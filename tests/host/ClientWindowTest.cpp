@@ -116,6 +116,12 @@ void ClientWindowTest::marksGrantsNearTheirEndByIconAndWords()
     QVERIFY(!icon("31007711").isNull());
     QVERIFY(icon("80010002").isNull());
 
+    const auto hint = [&](const char* account) {
+        return viewData(table, rowOf(*window, account), 3, Qt::ToolTipRole).toString();
+    };
+    QCOMPARE(hint("80020017"), QStringLiteral("还有 2 天到期"));
+    QCOMPARE(hint("31007711"), QString());
+
     bool saidInStatusBar = false;
     const auto texts = window->findChildren<KZ::CSimpleTextWidget*>();
     for (const KZ::CSimpleTextWidget* text : texts)
