@@ -108,6 +108,23 @@ private Q_SLOTS:
                  3);
     }
 
+    void aTerminalShowsHowFarItIs()
+    {
+        const QString path = writeFile(m_folder->filePath(QStringLiteral("users.csv")), usersCsv);
+        QProcess terminal;
+        terminal.start(QStringLiteral("script"),
+                       {QStringLiteral("-qec"),
+                        QStringLiteral("'%1' --store '%2' import users '%3'")
+                            .arg(QStringLiteral(ADMIN_PROGRAM), m_store, path),
+                        QStringLiteral("/dev/null")});
+        QVERIFY(terminal.waitForFinished(60'000));
+        QCOMPARE(terminal.exitCode(), 0);
+        const QString shown = QString::fromUtf8(terminal.readAllStandardOutput());
+        QVERIFY2(shown.contains(QStringLiteral("添加 [")), qPrintable(shown));
+        QVERIFY2(shown.contains(QStringLiteral("] 100%")), qPrintable(shown));
+        QVERIFY2(shown.contains(QStringLiteral("已添加 3 条记录")), qPrintable(shown));
+    }
+
     void strictTakesAllOrNone()
     {
         const QByteArray csv = "name,password\nalice,a\n,b\ncarl,c\n";

@@ -73,6 +73,30 @@ private Q_SLOTS:
         QVERIFY(refused.complaints.contains(QStringLiteral("chmod 600")));
     }
 
+    void passwordsAreAskedForWithoutBeingShown()
+    {
+        const QByteArray password = qgetenv("PGPASSWORD");
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.remove(QStringLiteral("PGPASSWORD"));
+        QProcess terminal;
+        terminal.setProcessEnvironment(environment);
+        terminal.start(QStringLiteral("script"),
+                       {QStringLiteral("-qec"),
+                        QStringLiteral("'%1' --store '%2' --ask-password verify")
+                            .arg(QStringLiteral(ADMIN_PROGRAM), m_store),
+                        QStringLiteral("/dev/null")});
+        QByteArray shown;
+        while (!shown.contains("密码") && terminal.waitForReadyRead(20'000))
+            shown += terminal.readAllStandardOutput();
+        // The last character by mistake, and taken back.
+        terminal.write(password + "x\x7f\r");
+        QVERIFY(terminal.waitForFinished(60'000));
+        shown += terminal.readAllStandardOutput();
+        QVERIFY2(terminal.exitCode() == 0, shown.constData());
+        QVERIFY(shown.contains("没有问题"));
+        QVERIFY(!shown.contains(password));
+    }
+
     void aWrongPasswordOpensNothing()
     {
         writeFile(m_passwordFile, "wrong\n");
