@@ -2,6 +2,7 @@
 
 #include "backend/store/PasswordHash.h"
 #include "backend/store/postgresql/LoginName.h"
+#include "backend/store/postgresql/ReplyEffects.h"
 #include "backend/store/postgresql/ServerAuditReader.h"
 #include "backend/store/postgresql/ServerModelReader.h"
 #include "backend/store/postgresql/ServerTimes.h"
@@ -179,10 +180,28 @@ QVector<StoreReply> PostgresStore::answer(const QVector<StoreRequest>& requests)
     attempt([&] {
         if (ends)
             m_link->look(QStringLiteral("SELECT authsetting.end_sub_user_connections()"), {});
-        if (answered.value(QStringLiteral("version")).toInteger() != m_model.version)
-            readModel(m_model.version);
+        follow(requests, replies, answered);
     });
     return replies;
+}
+
+// Brings the model to the state after the requests: from the replies when nobody else changed
+// anything, otherwise by reading what is new.
+void PostgresStore::follow(const QVector<StoreRequest>& requests,
+                           const QVector<StoreReply>& replies, const QJsonObject& answered)
+{
+    const qint64 version = answered.value(QStringLiteral("version")).toInteger();
+    if (version == m_model.version)
+        return;
+    const qint64 before = answered.value(QStringLiteral("version_before")).toInteger(-1);
+    if (before == m_model.version && !m_model.hasOverdue) {
+        if (const auto changes = applyReplies(requests, replies, m_days, m_model)) {
+            m_model.version = version;
+            m_changes.merge(*changes);
+            return;
+        }
+    }
+    readModel(m_model.version);
 }
 
 UserStore::Exported PostgresStore::commitExport(const QVector<FileGrant>& grants, bool repeat)

@@ -53,6 +53,8 @@ private:
     void notePassword(const StoreRequest& request, const StoreReply& reply);
     QString offlineText() const;
 
+    void follow(const QVector<StoreRequest>& requests, const QVector<StoreReply>& replies,
+                const QJsonObject& answered);
     void look();
     void readModel(qint64 since);
     void settleIfDue(const QDate& today);
@@ -62,6 +64,7 @@ private:
     StoreOptions m_options;
     std::unique_ptr<ServerLink> m_link;
     RequestJson m_json;
+    ExchangeDays m_days;
     UserModel m_model;
     ModelChanges m_changes;
     QHash<QString, quint64> m_failedPasswords;

@@ -51,7 +51,7 @@ ServerAddress::ServerAddress(const StoreOptions& options)
 QVector<std::pair<QString, QString>> ServerAddress::extras() const
 {
     QVector<std::pair<QString, QString>> extras{
-        {QStringLiteral("application_name"), QStringLiteral("AuthSetting")},
+        {QStringLiteral("application_name"), QStringLiteral("authsetting")},
         {QStringLiteral("connect_timeout"), QString::number(connectTimeout)},
         {QStringLiteral("tcp_user_timeout"), QString::number(userTimeoutMs)},
         // A line that is idle is found dead within 5 + 3 × 2 seconds.
