@@ -1,0 +1,64 @@
+#include "host/client/ConnectionView.h"
+
+#include "backend/client/ConnectionState.h"
+#include "kit/resources/UiResource.h"
+#include "tests/support/TestCase.h"
+
+#include <QLabel>
+#include <QSignalSpy>
+
+class ConnectionViewTest : public TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void textIconAndAccessibleNameFollowTheConnection()
+    {
+        host::ConnectionView view(nullptr);
+        const auto icon = [&view] { return view.findChild<QLabel*>()->pixmap().toImage(); };
+        const QImage online = icon();
+        QVERIFY(!online.isNull());
+        QCOMPARE(view.text(), QStringLiteral("在线"));
+        view.setOnline(false);
+        QVERIFY(view.text().startsWith(QStringLiteral("离线")));
+        QCOMPARE(view.accessibleName(), view.text());
+        QVERIFY(icon() != online);
+        view.setOnline(true);
+        QCOMPARE(view.text(), QStringLiteral("在线"));
+        QCOMPARE(icon(), online);
+    }
+
+    void theThemeChangesTheIcon()
+    {
+        host::ConnectionView view(nullptr);
+        view.setOnline(false);
+        const auto icon = [&view] { return view.findChild<QLabel*>()->pixmap().toImage(); };
+        const QImage light = icon();
+        KZ::CUiResource::setTheme(KZ::CUiResource::Theme::Dark);
+        const QImage dark = icon();
+        KZ::CUiResource::setTheme(KZ::CUiResource::Theme::Light);
+        QVERIFY(dark != light);
+        QCOMPARE(icon(), light);
+    }
+
+    void onlyAChangeOfTheConnectionIsTold()
+    {
+        backend::ConnectionState state(true);
+        QSignalSpy changed(&state, &backend::ConnectionState::changed);
+        QVERIFY(state.isOnline());
+        state.set(true);
+        QCOMPARE(changed.size(), 0);
+        state.set(false);
+        state.set(false);
+        QCOMPARE(changed.size(), 1);
+        QCOMPARE(changed.first().first().toBool(), false);
+        QVERIFY(!state.isOnline());
+    }
+};
+
+int main(int argc, char** argv)
+{
+    return runTest<ConnectionViewTest>(argc, argv);
+}
+
+#include "ConnectionViewTest.moc"
