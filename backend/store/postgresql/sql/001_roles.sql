@@ -4,7 +4,7 @@
 --
 -- authsetting_owner             owns the tables and the functions; nobody signs in with it.
 -- authsetting_accounts_manager  owns the functions that make and change the logins of sub-users and
---                               nothing else; it may make roles, and only those functions act as it.
+--                               nothing else; only they act as it, which may make roles.
 -- authsetting_user              what every person's login is a member of.
 --
 -- A login's name is made from the user's name by authsetting.login_name(), because the server shows

@@ -38,7 +38,8 @@ LANGUAGE sql IMMUTABLE
 RETURN coalesce(
     verifier ~ ('^SCRAM-SHA-256[$][1-9][0-9]{3,5}:[A-Za-z0-9+/]{22,86}={0,2}'
                 '[$][A-Za-z0-9+/]{43}=:[A-Za-z0-9+/]{43}=$') COLLATE "C"
-    AND substring(verifier COLLATE "C" FROM '[$]([0-9]+):')::integer BETWEEN 4096 AND 600000, false);
+    AND substring(verifier COLLATE "C" FROM '[$]([0-9]+):')::integer BETWEEN 4096 AND 600000,
+    false);
 
 -- The login of a sub-user of whoever is signed in; null for every other name. For the functions
 -- below, which must not take anybody's word for whom they change.

@@ -80,7 +80,7 @@ RETURN CASE WHEN first_day IS NULL OR last_day IS NULL THEN 'request_invalid'
 -- of blocking each other, and ends the grants whose last day has passed. Every change of a grant
 -- holds the locks of both its sides; whatever is read after this stays as it is.
 CREATE FUNCTION authsetting.start_change(names text[], refs uuid[]) RETURNS authsetting.change
-LANGUAGE plpgsql VOLATILE
+LANGUAGE plpgsql VOLATILE SET enable_seqscan = off
 AS $$
 DECLARE
     work authsetting.change;

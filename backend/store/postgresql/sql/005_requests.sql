@@ -1,5 +1,6 @@
 -- The functions by which clients change something. The caller is whoever signed in (session_user);
--- every function is one whole change, and whatever a session has set cannot bend it.
+-- every function is one whole change, and whatever a session has set cannot bend it. Compiling the
+-- statements takes longer than running them.
 SET LOCAL ROLE authsetting_owner;
 
 -- Enables or disables a sub-user of the caller.
@@ -85,7 +86,8 @@ RETURN (SELECT CASE WHEN p.problem IS NULL THEN '{"ok": true}'::jsonb
                     ELSE jsonb_build_object('ok', false, 'error_code', p.problem) END
         FROM (SELECT 1) AS one
         LEFT JOIN authsetting.users AS u ON u.name = user_name
-        CROSS JOIN LATERAL (SELECT authsetting.grantee_problem(u.id, u.enabled, caller)) AS p (problem));
+        CROSS JOIN LATERAL
+            (SELECT authsetting.grantee_problem(u.id, u.enabled, caller)) AS p (problem));
 
 -- Requests of one kind that follow each other.
 CREATE FUNCTION authsetting.run_of_kind(work authsetting.change, kind text,
@@ -127,13 +129,13 @@ $$;
 --   password  user, verifier
 --   redeem    grants: reference, platform_id, broker_id, account_sub_type, account_number of each
 -- Returns {"version_before" and "version": the caller's data_version before and after, "results":
--- [...]}, one result per request: "ok", "error_code" of a refusal, "reference" of a new grant, for a file "grants" with "ok",
--- "error_code" and the account's "secret".
+-- [...]}, one result per request: "ok", "error_code" of a refusal, "reference" of a new grant, for
+-- a file "grants" with "ok", "error_code" and the account's "secret".
 --
 -- The same request_id again returns what the first call returned, also while that is still running.
 CREATE FUNCTION authsetting.run_requests(request_id uuid, requests jsonb) RETURNS jsonb
 LANGUAGE plpgsql VOLATILE SECURITY DEFINER
-SET search_path = pg_catalog, authsetting, pg_temp SET row_security = on
+SET search_path = pg_catalog, authsetting, pg_temp SET row_security = on SET jit = off
 SET standard_conforming_strings = on SET "DateStyle" = 'ISO, YMD' SET extra_float_digits = 1
 AS $$
 DECLARE
@@ -227,13 +229,13 @@ $$;
 -- Makes every one of the prepared grants, or none, the current grant of its account, because the
 -- file that carries them has been written. Each of `grants` has reference, user, platform_id,
 -- broker_id, account_sub_type, account_number, first_day, last_day, ratio as the file has them.
--- With `repeat`, those that a file made current already are fine as they are. Returns {"version_before",
--- "version", "ok", "changed": [references]}, or "error_code" and "index" of the first that cannot be:
--- reference_missing, altered, not_prepared, or the code of a rule.
+-- With `repeat`, those that a file made current already are fine as they are. Returns
+-- {"version_before", "version", "ok", "changed": [references]}, or "error_code" and "index" of the
+-- first that cannot be: reference_missing, altered, not_prepared, or the code of a rule.
 CREATE FUNCTION authsetting.commit_export(request_id uuid, grants jsonb, repeat boolean)
 RETURNS jsonb
 LANGUAGE plpgsql VOLATILE SECURITY DEFINER
-SET search_path = pg_catalog, authsetting, pg_temp SET row_security = on
+SET search_path = pg_catalog, authsetting, pg_temp SET row_security = on SET jit = off
 SET standard_conforming_strings = on SET "DateStyle" = 'ISO, YMD'
 AS $$
 DECLARE
@@ -339,7 +341,7 @@ $$;
 -- Makes the caller's file grants prepared again whose file could not be written after all.
 CREATE FUNCTION authsetting.revert_export(refs text[]) RETURNS void
 LANGUAGE plpgsql VOLATILE SECURITY DEFINER
-SET search_path = pg_catalog, authsetting, pg_temp SET row_security = on
+SET search_path = pg_catalog, authsetting, pg_temp SET row_security = on SET jit = off
 SET standard_conforming_strings = on SET "DateStyle" = 'ISO, YMD'
 AS $$
 DECLARE
@@ -370,7 +372,7 @@ $$;
 -- Ends the grants of everybody whose last day has passed.
 CREATE FUNCTION authsetting.settle() RETURNS void
 LANGUAGE plpgsql VOLATILE SECURITY DEFINER
-SET search_path = pg_catalog, authsetting, pg_temp SET row_security = on
+SET search_path = pg_catalog, authsetting, pg_temp SET row_security = on SET jit = off
 AS $$
 BEGIN
     PERFORM authsetting.finish_change(authsetting.start_change('{}', '{}'));
@@ -381,7 +383,7 @@ $$;
 -- name_invalid, verifier_invalid, name_taken.
 CREATE FUNCTION authsetting.create_sub_user(user_name text, verifier text) RETURNS text
 LANGUAGE plpgsql VOLATILE SECURITY DEFINER
-SET search_path = pg_catalog, authsetting, pg_temp SET row_security = on
+SET search_path = pg_catalog, authsetting, pg_temp SET row_security = on SET jit = off
 SET standard_conforming_strings = on
 AS $$
 DECLARE
@@ -425,7 +427,7 @@ $$;
 -- been committed, for a connection that was made until then.
 CREATE FUNCTION authsetting.end_sub_user_connections() RETURNS void
 LANGUAGE plpgsql VOLATILE SECURITY DEFINER
-SET search_path = pg_catalog, authsetting, pg_temp SET row_security = on
+SET search_path = pg_catalog, authsetting, pg_temp SET row_security = on SET jit = off
 AS $$
 BEGIN
     PERFORM authsetting_accounts.end_connections(u.name)

@@ -39,7 +39,7 @@ CREATE FUNCTION authsetting.sign_in()
 RETURNS TABLE (user_id bigint, user_name text, enabled boolean, version bigint, today date,
                exchange_zone text)
 LANGUAGE sql VOLATILE SECURITY DEFINER
-SET search_path = pg_catalog, authsetting, pg_temp SET row_security = on
+SET search_path = pg_catalog, authsetting, pg_temp SET row_security = on SET jit = off
 AS $$
     WITH me AS (
         SELECT u.id, u.name, u.enabled, u.data_version
@@ -60,10 +60,99 @@ $$;
 CREATE FUNCTION authsetting.my_version()
 RETURNS TABLE (version bigint, today date, enabled boolean)
 LANGUAGE sql STABLE SECURITY DEFINER
-SET search_path = pg_catalog, authsetting, pg_temp SET row_security = on
+SET search_path = pg_catalog, authsetting, pg_temp SET row_security = on SET jit = off
 AS $$
     SELECT u.data_version, authsetting.exchange_day(authsetting.server_time()), u.enabled
     FROM authsetting.users AS u WHERE u.login = session_user::text
+$$;
+
+-- The own accounts of everybody with their current grants; place orders those of one owner. This
+-- and the next function become part of the statement that uses them, whose planner takes the row
+-- apart again as long as every text has the order of the type's.
+CREATE FUNCTION authsetting.own_account_rows(today date)
+RETURNS TABLE (owner_id bigint, place bigint, account_id bigint, model authsetting.model_row)
+LANGUAGE sql STABLE
+AS $$
+    SELECT a.owner_id, a.position::bigint, a.id,
+           ROW (1::smallint, NULL, NULL, NULL, NULL, NULL,
+                a.id, a.account_type, a.platform_id, a.broker_id::text COLLATE "default",
+                a.account_sub_type, a.account_number::text COLLATE "default",
+                a.account_private::text, a.account_alias::text,
+                EXISTS (SELECT FROM authsetting.sub_accounts AS s WHERE s.child_id = a.id),
+                EXISTS (SELECT FROM authsetting.sub_accounts AS s WHERE s.parent_id = a.id),
+                replace(g.reference::text, '-', ''), g.grantee_id, u.name COLLATE "default",
+                g.first_day, g.last_day, g.ratio, g.source, g.reference IS NOT NULL)::authsetting.model_row
+    FROM authsetting.accounts AS a
+    LEFT JOIN authsetting.grants AS g
+           ON g.account_id = a.id AND g.state = 2 AND g.last_day >= today
+    LEFT JOIN authsetting.users AS u ON u.id = g.grantee_id
+$$;
+
+-- The grants that everybody has received and was told of, also those that have gone.
+CREATE FUNCTION authsetting.received_rows(today date)
+RETURNS TABLE (grantee_id bigint, key uuid, place bigint, state smallint, is_current boolean,
+               model authsetting.model_row)
+LANGUAGE sql STABLE
+AS $$
+    SELECT g.grantee_id, g.reference, g.serial, g.state, g.state = 2 AND g.last_day >= today,
+           ROW (2::smallint, NULL, NULL, NULL, NULL, NULL,
+                a.id, a.account_type, a.platform_id, a.broker_id::text COLLATE "default",
+                a.account_sub_type, a.account_number::text COLLATE "default",
+                CASE WHEN g.source = 2 OR g.first_day <= today THEN a.account_private::text
+                     ELSE '' END,
+                a.account_alias::text, NULL, NULL,
+                replace(g.reference::text, '-', ''), g.grantor_id, u.name COLLATE "default",
+                g.first_day, g.last_day, g.ratio, g.source, true)::authsetting.model_row
+    FROM authsetting.grants AS g
+    JOIN authsetting.accounts AS a ON a.id = g.account_id
+    JOIN authsetting.users AS u ON u.id = g.grantor_id
+    WHERE g.source = 1 OR g.redeemed_at IS NOT NULL
+$$;
+
+-- The accounts of the model whose grant has changed after a version that the caller has read. Few
+-- rows as a rule, and found by their keys however many there are of others, whatever the planner
+-- makes of the numbers.
+CREATE FUNCTION authsetting.model_changes(caller bigint, day date, since bigint)
+RETURNS SETOF authsetting.model_row
+LANGUAGE plpgsql STABLE
+SET plan_cache_mode = force_generic_plan SET enable_seqscan = off SET enable_hashjoin = off
+SET enable_mergejoin = off
+AS $$
+DECLARE
+    accounts bigint[] := ARRAY(
+        SELECT DISTINCT g.account_id FROM authsetting.grants AS g
+        WHERE g.grantor_id = caller AND g.grantor_version > since);
+    received uuid[] := ARRAY(
+        SELECT g.reference FROM authsetting.grants AS g
+        WHERE g.grantee_id = caller AND g.grantee_version > since);
+BEGIN
+    IF cardinality(accounts) > 0 THEN
+        RETURN QUERY SELECT (r.model).* FROM authsetting.own_account_rows(day) AS r
+                     WHERE r.account_id = ANY (accounts) AND r.owner_id = caller ORDER BY r.place;
+    END IF;
+    IF cardinality(received) > 0 THEN
+        RETURN QUERY SELECT (r.model).* FROM authsetting.received_rows(day) AS r
+                     WHERE r.key = ANY (received) AND r.is_current ORDER BY r.place;
+        RETURN QUERY SELECT 2::smallint, NULL::bigint, NULL::boolean, NULL::date, NULL::boolean,
+                            NULL::boolean, NULL::bigint, NULL::integer, NULL::integer, NULL::text,
+                            NULL::integer, NULL::text, NULL::text, NULL::text, NULL::boolean,
+                            NULL::boolean, (r.model).reference, NULL::bigint, NULL::text,
+                            NULL::date, NULL::date, NULL::double precision, NULL::smallint, false
+                     FROM authsetting.received_rows(day) AS r
+                     WHERE r.key = ANY (received) AND NOT r.is_current ORDER BY r.place;
+    END IF;
+END
+$$;
+
+-- Whether a grant of that user has ended that is still written as current.
+CREATE FUNCTION authsetting.has_overdue(caller bigint, day date) RETURNS boolean
+LANGUAGE plpgsql STABLE SET enable_seqscan = off
+AS $$
+BEGIN
+    RETURN EXISTS (SELECT FROM authsetting.grants AS g
+                   WHERE g.state = 2 AND g.last_day < day
+                     AND caller IN (g.grantor_id, g.grantee_id));
+END
 $$;
 
 -- Everything that the caller may know, or with `since` (a version that he has read on the same day)
@@ -71,109 +160,51 @@ $$;
 -- secret is shown from the first day of a server grant on, and after redeeming a file. A disabled
 -- caller gets the first row only.
 CREATE FUNCTION authsetting.read_model(since bigint) RETURNS SETOF authsetting.model_row
-LANGUAGE sql STABLE SECURITY DEFINER
-SET search_path = pg_catalog, authsetting, pg_temp SET row_security = on
+LANGUAGE plpgsql STABLE SECURITY DEFINER
+SET search_path = pg_catalog, authsetting, pg_temp SET row_security = on SET jit = off
+SET standard_conforming_strings = on
 AS $$
-    WITH me AS MATERIALIZED (
-        SELECT u.id, u.data_version, u.enabled,
-               authsetting.exchange_day(authsetting.server_time()) AS today,
-               since < u.structure_version OR since > u.data_version AS is_full
-        FROM authsetting.users AS u WHERE u.login = session_user::text
-    ), own_accounts AS (
-        SELECT a.*
-        FROM me JOIN authsetting.accounts AS a ON a.owner_id = me.id
-        WHERE me.enabled AND me.is_full
-        UNION ALL
-        SELECT a.*
-        FROM (SELECT DISTINCT g.account_id
-              FROM me JOIN authsetting.grants AS g
-                ON g.grantor_id = me.id AND g.grantor_version > since
-              WHERE me.enabled AND NOT me.is_full) AS changed
-        JOIN authsetting.accounts AS a ON a.id = changed.account_id
-        WHERE a.owner_id = (SELECT me.id FROM me)
-    ), received_grants AS (
-        SELECT g.*,
-               g.state = 2 AND (g.source = 1 OR g.redeemed_at IS NOT NULL)
-                   AND g.last_day >= me.today AS is_current
-        FROM me JOIN authsetting.grants AS g
-          ON g.grantee_id = me.id AND g.state = 2
-        WHERE me.enabled AND me.is_full
-        UNION ALL
-        SELECT g.*, g.state = 2 AND g.last_day >= me.today AS is_current
-        FROM me JOIN authsetting.grants AS g
-          ON g.grantee_id = me.id AND g.grantee_version > since
-        WHERE me.enabled AND NOT me.is_full AND (g.source = 1 OR g.redeemed_at IS NOT NULL)
-    ), model AS (
-        SELECT 0::smallint AS side, 0::bigint AS place,
-               me.data_version AS version, me.enabled, me.today,
-               EXISTS (SELECT FROM authsetting.grants AS g
-                       WHERE g.state = 2 AND g.last_day < me.today
-                         AND me.id IN (g.grantor_id, g.grantee_id)) AS has_overdue,
-               me.is_full,
-               NULL::bigint AS account_id, NULL::integer AS account_type,
-               NULL::integer AS platform_id, NULL::text AS broker_id,
-               NULL::integer AS account_sub_type, NULL::text AS account_number,
-               NULL::text AS account_private, NULL::text AS account_alias,
-               NULL::boolean AS is_sub_account, NULL::boolean AS has_sub_account,
-               NULL::text AS reference, NULL::bigint AS other_id, NULL::text AS other_name,
-               NULL::date AS first_day, NULL::date AS last_day, NULL::double precision AS ratio,
-               NULL::smallint AS source, NULL::boolean AS is_current
-        FROM me
-        UNION ALL
-        SELECT 1::smallint, a.position,
-               NULL, NULL, NULL, NULL, NULL,
-               a.id, a.account_type, a.platform_id, a.broker_id, a.account_sub_type,
-               a.account_number, a.account_private, a.account_alias,
-               EXISTS (SELECT FROM authsetting.sub_accounts AS s WHERE s.child_id = a.id),
-               EXISTS (SELECT FROM authsetting.sub_accounts AS s WHERE s.parent_id = a.id),
-               replace(g.reference::text, '-', ''), g.grantee_id, u.name, g.first_day, g.last_day,
-               g.ratio, g.source, g.reference IS NOT NULL
-        FROM own_accounts AS a
-        LEFT JOIN authsetting.grants AS g
-               ON g.account_id = a.id AND g.state = 2 AND g.last_day >= (SELECT me.today FROM me)
-        LEFT JOIN authsetting.users AS u ON u.id = g.grantee_id
-        UNION ALL
-        SELECT 2::smallint, g.serial,
-               NULL, NULL, NULL, NULL, NULL,
-               a.id, a.account_type, a.platform_id, a.broker_id, a.account_sub_type,
-               a.account_number,
-               CASE WHEN g.source = 2 OR g.first_day <= (SELECT me.today FROM me)
-                    THEN a.account_private WHEN g.is_current THEN '' END,
-               a.account_alias, NULL, NULL,
-               replace(g.reference::text, '-', ''), u.id, u.name, g.first_day, g.last_day,
-               g.ratio, g.source, true
-        FROM received_grants AS g
-        JOIN authsetting.accounts AS a ON a.id = g.account_id
-        JOIN authsetting.users AS u ON u.id = g.grantor_id
-        WHERE g.is_current
-        UNION ALL
-        SELECT 2::smallint, g.serial,
-               NULL, NULL, NULL, NULL, NULL,
-               NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL,
-               replace(g.reference::text, '-', ''), NULL, NULL, NULL, NULL, NULL, NULL, false
-        FROM received_grants AS g
-        WHERE NOT g.is_current AND NOT (SELECT me.is_full FROM me)
-        UNION ALL
-        SELECT 3::smallint, s.position,
-               NULL, s.enabled, NULL, NULL, NULL,
-               NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL,
-               NULL, s.id, s.name, NULL, NULL, NULL, NULL, NULL
-        FROM me JOIN authsetting.users AS s ON s.owner_id = me.id
-        WHERE me.enabled
-    )
-    SELECT m.side, m.version, m.enabled, m.today, m.has_overdue, m.is_full, m.account_id,
-           m.account_type, m.platform_id, m.broker_id, m.account_sub_type, m.account_number,
-           m.account_private, m.account_alias, m.is_sub_account, m.has_sub_account, m.reference,
-           m.other_id, m.other_name, m.first_day, m.last_day, m.ratio, m.source, m.is_current
-    FROM model AS m
-    ORDER BY m.side, m.place
+DECLARE
+    me authsetting.model_row;
+    caller bigint;
+BEGIN
+    SELECT u.id, u.data_version, u.enabled,
+           coalesce(since < u.structure_version OR since > u.data_version, true)
+    INTO caller, me.version, me.enabled, me.is_full
+    FROM authsetting.users AS u WHERE u.login = session_user::text;
+    IF caller IS NULL THEN
+        RETURN;
+    END IF;
+    me.side := 0;
+    me.today := authsetting.exchange_day(authsetting.server_time());
+    me.has_overdue := authsetting.has_overdue(caller, me.today);
+    RETURN NEXT me;
+    IF NOT me.enabled THEN
+        RETURN;
+    END IF;
+    IF me.is_full THEN
+        RETURN QUERY SELECT (r.model).* FROM authsetting.own_account_rows(me.today) AS r
+                     WHERE r.owner_id = caller ORDER BY r.place;
+        RETURN QUERY SELECT (r.model).* FROM authsetting.received_rows(me.today) AS r
+                     WHERE r.grantee_id = caller AND r.state = 2 AND r.is_current
+                     ORDER BY r.place;
+    ELSE
+        RETURN QUERY SELECT * FROM authsetting.model_changes(caller, me.today, since);
+    END IF;
+    RETURN QUERY SELECT 3::smallint, NULL::bigint, s.enabled, NULL::date, NULL::boolean,
+                        NULL::boolean, NULL::bigint, NULL::integer, NULL::integer, NULL::text,
+                        NULL::integer, NULL::text, NULL::text, NULL::text, NULL::boolean,
+                        NULL::boolean, NULL::text, s.id, s.name::text, NULL::date, NULL::date,
+                        NULL::double precision, NULL::smallint, NULL::boolean
+                 FROM authsetting.users AS s WHERE s.owner_id = caller ORDER BY s.position;
+END
 $$;
 
 -- The platforms (what = 1) and brokers (what = 2), futures (kind = 1) and stock (kind = 2) apart.
 CREATE FUNCTION authsetting.read_environment()
 RETURNS TABLE (what smallint, kind smallint, platform_id integer, broker_id text, name text)
 LANGUAGE sql STABLE SECURITY DEFINER
-SET search_path = pg_catalog, authsetting, pg_temp SET row_security = on
+SET search_path = pg_catalog, authsetting, pg_temp SET row_security = on SET jit = off
 AS $$
     SELECT 1::smallint, p.kind, p.platform_id, NULL, p.name FROM authsetting.platforms AS p
     UNION ALL
@@ -188,7 +219,7 @@ RETURNS TABLE (id bigint, happened_at timestamptz, actor text, action text, othe
                account text, first_day date, last_day date, ratio double precision, detail text,
                ok boolean, error text)
 LANGUAGE sql STABLE SECURITY DEFINER
-SET search_path = pg_catalog, authsetting, pg_temp SET row_security = on
+SET search_path = pg_catalog, authsetting, pg_temp SET row_security = on SET jit = off
 AS $$
     WITH me AS MATERIALIZED (
         SELECT u.id FROM authsetting.users AS u WHERE u.login = session_user::text AND u.enabled

@@ -1,7 +1,7 @@
 -- What the administrator's program does. The functions have the rights of whoever calls them: a
 -- superuser, or a member of authsetting_owner who may make roles. Rows that the tables forbid fail
--- with the engine's own error; other refusals are P0002 (no such user or account) and 22023 (a value
--- that cannot be).
+-- with the engine's own error; other refusals are P0002 (no such user or account) and 22023 (a
+-- value that cannot be).
 SET LOCAL ROLE authsetting_owner;
 
 CREATE FUNCTION authsetting.admin_user_id(user_name text) RETURNS bigint
@@ -115,7 +115,8 @@ BEGIN
     EXECUTE format(CASE WHEN enabled THEN 'ALTER ROLE %I LOGIN' ELSE 'ALTER ROLE %I NOLOGIN' END,
                    user_login);
     PERFORM authsetting.admin_touch(
-        ARRAY(SELECT s.id FROM authsetting.users AS u, LATERAL (VALUES (u.id), (u.owner_id)) AS s (id)
+        ARRAY(SELECT s.id FROM authsetting.users AS u,
+                     LATERAL (VALUES (u.id), (u.owner_id)) AS s (id)
               WHERE u.id = target AND s.id IS NOT NULL));
     IF NOT enabled THEN
         PERFORM pg_terminate_backend(a.pid) FROM pg_stat_activity AS a
