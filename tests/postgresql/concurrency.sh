@@ -121,6 +121,17 @@ three=$!
 for job in $one $two $three; do wait "$job" || fail "crossing grants: $(cat "$work"/cross.?)"; done
 expect "crossing grants" 75 "$(cat "$work"/cross.? | grep -c '"ok": true.*"ok": true')"
 
+# Who keeps a transaction open makes another wait, but not for long, and changes nothing of his.
+hold eighth mallory "SELECT authsetting.run_requests(gen_random_uuid(), '[$(grant aliceKEEPOUT M-2 true)]')->'results'->0->>'ok'"
+started=$SECONDS
+run_as aliceKEEPOUT "[$(grant bobKEEPOUT A-KEEPOUT-6 true)]" >"$work/ninth" 2>&1 && fail "nobody waited"
+grep -q 'ERROR:  55P03' "$work/ninth" || fail "waiting: $(cat "$work/ninth")"
+[ $((SECONDS - started)) -le 12 ] || fail "waited for $((SECONDS - started)) s"
+expect "reading meanwhile" 8 "$(as aliceKEEPOUT -c "SELECT count(*) FROM authsetting.read_model(-1) WHERE side = 1")"
+release eighth ROLLBACK
+run_as aliceKEEPOUT "[$(grant bobKEEPOUT A-KEEPOUT-6 true)]" >"$work/ninth" 2>&1
+grep -q '"ok": true' "$work/ninth" || fail "after waiting: $(cat "$work/ninth")"
+
 # A sub-user who is signed in loses the connection when he is disabled, and cannot come back.
 hold carol carolKEEPOUT "SELECT 1"
 run_as aliceKEEPOUT '[{"kind":"enable","user":"carolKEEPOUT","enabled":false}]' >"$work/disable"

@@ -78,9 +78,11 @@ RETURN CASE WHEN first_day IS NULL OR last_day IS NULL THEN 'request_invalid'
 -- Begins a change: locks the rows of the caller, of everybody named and of both sides of the grants
 -- referred to, always in the order of their keys, so that two changes wait for each other instead
 -- of blocking each other, and ends the grants whose last day has passed. Every change of a grant
--- holds the locks of both its sides; whatever is read after this stays as it is.
+-- holds the locks of both its sides; whatever is read after this stays as it is. Somebody who keeps
+-- a transaction open makes others wait for no more than the time below, which is less than clients
+-- wait for a reply.
 CREATE FUNCTION authsetting.start_change(names text[], refs uuid[]) RETURNS authsetting.change
-LANGUAGE plpgsql VOLATILE SET enable_seqscan = off
+LANGUAGE plpgsql VOLATILE SET enable_seqscan = off SET lock_timeout = '7s'
 AS $$
 DECLARE
     work authsetting.change;

@@ -81,7 +81,8 @@ AS $$
                 EXISTS (SELECT FROM authsetting.sub_accounts AS s WHERE s.child_id = a.id),
                 EXISTS (SELECT FROM authsetting.sub_accounts AS s WHERE s.parent_id = a.id),
                 replace(g.reference::text, '-', ''), g.grantee_id, u.name COLLATE "default",
-                g.first_day, g.last_day, g.ratio, g.source, g.reference IS NOT NULL)::authsetting.model_row
+                g.first_day, g.last_day, g.ratio, g.source,
+                g.reference IS NOT NULL)::authsetting.model_row
     FROM authsetting.accounts AS a
     LEFT JOIN authsetting.grants AS g
            ON g.account_id = a.id AND g.state = 2 AND g.last_day >= today
