@@ -24,6 +24,7 @@ constexpr Case cases[] = {
     {"pending", bench::measurePendingRefresh}, {"grant", bench::measureBatchGrants},
     {"refused", bench::measureRefusedGrants},  {"export", bench::measureFileExport},
     {"open", bench::measureFirstOpen},         {"subusers", bench::measureSubUsers},
+    {"server", bench::measureServerGrants},    {"desks", bench::measureDeskToDesk},
 };
 
 QtMessageHandler earlierHandler = nullptr;
@@ -76,7 +77,7 @@ int main(int argc, char** argv)
         QStringLiteral("case"),
         QStringLiteral("Measure only these: overview, batch, plain, growth, memory, "
                        "scroll, pending, grant, refused, export, open, "
-                       "subusers."));
+                       "subusers, server, desks."));
     parser.process(application);
 
     bench::Scale scale;

@@ -20,6 +20,9 @@ void measurePendingRefresh(const Scale& scale, Results* results);
 void measureBatchGrants(const Scale& scale, Results* results);
 void measureRefusedGrants(const Scale& scale, Results* results);
 void measureFileExport(const Scale& scale, Results* results);
+/// Grants on a server against bare COPY, and the way of a grant from one desk to another.
+void measureServerGrants(const Scale& scale, Results* results);
+void measureDeskToDesk(const Scale& scale, Results* results);
 /// The dialog's first opening and the sub-user pages.
 void measureFirstOpen(const Scale& scale, Results* results);
 void measureSubUsers(const Scale& scale, Results* results);

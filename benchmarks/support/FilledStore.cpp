@@ -11,6 +11,18 @@ namespace {
 constexpr int platformId = 1;
 constexpr char brokerId[] = "8000";
 
+} // namespace
+
+QString grantorName()
+{
+    return QStringLiteral("grantor");
+}
+
+QString granteeName()
+{
+    return QStringLiteral("grantee");
+}
+
 void fillStore(const backend::StoreOptions& options, int accounts)
 {
     QString error;
@@ -34,18 +46,6 @@ void fillStore(const backend::StoreOptions& options, int accounts)
     }
     if (!admin->commit())
         qFatal("the store cannot be filled: %s", qPrintable(admin->error()));
-}
-
-} // namespace
-
-QString grantorName()
-{
-    return QStringLiteral("grantor");
-}
-
-QString granteeName()
-{
-    return QStringLiteral("grantee");
 }
 
 backend::StoreOptions makeFilledStore(const QString& folder, int accounts)

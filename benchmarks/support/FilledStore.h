@@ -14,4 +14,7 @@ QString granteeName();
 /// none of them granted. Returns how to open it.
 backend::StoreOptions makeFilledStore(const QString& folder, int accounts);
 
+/// Fills the store of `options`, opened with an administrator's rights, in the same way.
+void fillStore(const backend::StoreOptions& options, int accounts);
+
 } // namespace bench

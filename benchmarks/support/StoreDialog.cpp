@@ -12,11 +12,23 @@ namespace bench {
 
 StoreDialog::StoreDialog(int accounts, int pageId, int subPageId, const QString& key, int tabIndex)
 {
+    open(makeFilledStore(m_folder.path(), accounts), grantorName(), pageId, subPageId, key,
+         tabIndex);
+}
+
+StoreDialog::StoreDialog(const backend::StoreOptions& store, const QString& user, int pageId,
+                         int subPageId, const QString& key, int tabIndex)
+{
+    open(store, user, pageId, subPageId, key, tabIndex);
+}
+
+void StoreDialog::open(const backend::StoreOptions& store, const QString& user, int pageId,
+                       int subPageId, const QString& key, int tabIndex)
+{
     constexpr double farAhead = 1000;
     utils::setClockSource([now = 0.0]() mutable { return now += farAhead; });
-    const backend::StoreOptions options = makeFilledStore(m_folder.path(), accounts);
     backend::SignInResult result =
-        backend::Session::signIn(options, grantorName(), QStringLiteral("password"));
+        backend::Session::signIn(store, user, QStringLiteral("password"));
     if (!result.session)
         qFatal("nobody can sign in: %s", qPrintable(result.error));
     m_session = std::move(result.session);

@@ -11,13 +11,17 @@
 
 namespace bench {
 
-/// A store of its own on the disk with one user and his accounts, the user signed in, his services
+/// A user who is signed in to a store, his services
 /// installed and the dialog open on a page. The 0.7 s for which the busy state lasts at least are
 /// left out: the clock behind them runs far ahead while the object lives.
 class StoreDialog
 {
 public:
+    /// On a store of its own on the disk with one user and so many accounts of his.
     StoreDialog(int accounts, int pageId, int subPageId, const QString& key, int tabIndex);
+    /// On a store that is there.
+    StoreDialog(const backend::StoreOptions& store, const QString& user, int pageId, int subPageId,
+                const QString& key, int tabIndex);
     ~StoreDialog();
     StoreDialog(const StoreDialog&) = delete;
     StoreDialog& operator=(const StoreDialog&) = delete;
@@ -32,6 +36,8 @@ public:
     double grantMilliseconds(const QString& menuText, int requests);
 
 private:
+    void open(const backend::StoreOptions& store, const QString& user, int pageId, int subPageId,
+              const QString& key, int tabIndex);
     void countAnswer();
 
     QTemporaryDir m_folder;
