@@ -81,6 +81,8 @@ void CCellWidgetLayer::adopt(int row, int column, QWidget* widget)
 
 void CCellWidgetLayer::drop(int row, int column)
 {
+    if (m_cells.empty())
+        return;
     const quint64 key = CRowStore::cellKey(row, column);
     const auto found = m_cells.find(key);
     if (found == m_cells.end())

@@ -1,6 +1,7 @@
 #include "kit/table/RowStore.h"
 
 #include <algorithm>
+#include <cstring>
 #include <utility>
 
 namespace KZ {
@@ -46,6 +47,7 @@ void CRowStore::setColumnCount(int count)
     }
     m_texts = std::move(texts);
     m_columns.resize(size_t(count));
+    m_columnCount = count;
     const auto isDropped = [count](const QHash<quint64, QString>::iterator& cell) {
         return int(quint32(cell.key())) >= count;
     };
@@ -93,7 +95,10 @@ quint16 CRowStore::colorIndex(const char* key)
 {
     if (!key || !*key)
         return 0;
-    const auto found = std::find(m_colorNames.cbegin() + 1, m_colorNames.cend(), key);
+    const auto isKey = [key](const std::string& name) {
+        return std::strcmp(name.c_str(), key) == 0;
+    };
+    const auto found = std::find_if(m_colorNames.cbegin() + 1, m_colorNames.cend(), isKey);
     if (found != m_colorNames.cend())
         return quint16(found - m_colorNames.cbegin());
     if (m_colorKeys.size() > 0xffff)
@@ -209,8 +214,8 @@ bool CRowStore::hasColumnWidget(int row, int column) const
 {
     if (!contains(row, column))
         return false;
-    const std::vector<bool>& cells = m_columns[size_t(column)].columnWidgets;
-    return size_t(row) < cells.size() && cells[size_t(row)];
+    const std::vector<quint8>& cells = m_columns[size_t(column)].columnWidgets;
+    return size_t(row) < cells.size() && cells[size_t(row)] != 0;
 }
 
 void CRowStore::setColumnWidget(int row, int column)
@@ -221,15 +226,17 @@ void CRowStore::setColumnWidget(int row, int column)
     clearWidget(cells, row);
     if (size_t(row) >= cells.columnWidgets.size())
         cells.columnWidgets.resize(size_t(row) + 1);
-    cells.columnWidgets[size_t(row)] = true;
+    cells.columnWidgets[size_t(row)] = 1;
 }
 
 void CRowStore::clearWidget(SColumn& column, int row)
 {
-    put(column.ticks, row, STick());
-    put(column.widgets, row, SCellWidget());
+    if (size_t(row) < column.ticks.size())
+        column.ticks[size_t(row)] = STick();
+    if (size_t(row) < column.widgets.size())
+        column.widgets[size_t(row)] = SCellWidget();
     if (size_t(row) < column.columnWidgets.size())
-        column.columnWidgets[size_t(row)] = false;
+        column.columnWidgets[size_t(row)] = 0;
 }
 
 bool CRowStore::isWidgetCell(int row, int column) const

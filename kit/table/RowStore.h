@@ -37,7 +37,7 @@ public:
     CRowStore();
 
     int rowCount() const { return m_rowCount; }
-    int columnCount() const { return int(m_columns.size()); }
+    int columnCount() const { return m_columnCount; }
     bool contains(int row, int column) const
     {
         return row >= 0 && row < m_rowCount && column >= 0 && column < columnCount();
@@ -88,16 +88,17 @@ private:
         std::vector<quint16> colors;
         std::vector<STick> ticks;
         std::vector<SCellWidget> widgets;
-        std::vector<bool> columnWidgets;
+        std::vector<quint8> columnWidgets;
     };
     size_t textIndex(int row, int column) const
     {
-        return size_t(row) * m_columns.size() + size_t(column);
+        return size_t(row) * size_t(m_columnCount) + size_t(column);
     }
     void clearWidget(SColumn& column, int row);
     quint16 colorIndex(const char* key);
 
     int m_rowCount = 0;
+    int m_columnCount = 0;
     std::vector<QString> m_texts;
     std::vector<SColumn> m_columns;
     /// The keys of the colours in use, in both spellings; the first ones stand for no colour.

@@ -21,6 +21,8 @@ constexpr int MEASURED_ROWS = 40;
 /// A column that fits itself does not push its neighbours out for the sake of a long text.
 constexpr int WIDEST_TEXT = 240;
 constexpr qsizetype MEASURED_LENGTH = 64;
+/// Texts per column that are known to fit.
+constexpr qsizetype MOST_MEASURED = 4 * MEASURED_ROWS;
 
 } // namespace
 
@@ -115,10 +117,15 @@ void CTableColumns::measureTexts()
         for (int viewRow = 0; viewRow < rows; ++viewRow) {
             const int row = m_model.rowAt(viewRow);
             const QString text = safeText(m_store.text(row, column), MEASURED_LENGTH);
-            // Most texts are too short to matter, which their length tells without measuring.
+            // Most texts are too short to matter, which their length tells without measuring, or
+            // were there before the last reload as well.
             if (text.size() * metrics.height() + m_delegate.chromeWidth(row, column) <=
-                settings.textWidth)
+                    settings.textWidth ||
+                settings.measured.contains(text))
                 continue;
+            if (settings.measured.size() >= MOST_MEASURED)
+                settings.measured.clear();
+            settings.measured.insert(text);
             const int needed =
                 metrics.horizontalAdvance(text) + 1 + m_delegate.chromeWidth(row, column);
             settings.textWidth = std::max(settings.textWidth, std::min(needed, WIDEST_TEXT));
@@ -176,6 +183,7 @@ void CTableColumns::remeasure()
 {
     for (SColumn& column : m_columns) {
         column.textWidth = 0;
+        column.measured.clear();
         column.widgetWidth = 0;
     }
     measureTexts();

@@ -3,6 +3,8 @@
 #include "kit/table/TableLayout.h"
 
 #include <QObject>
+#include <QSet>
+#include <QString>
 
 #include <optional>
 #include <vector>
@@ -54,6 +56,8 @@ private:
         int fixedWidth = 0;
         int textWidth = 0;
         int widgetWidth = 0;
+        /// Texts that are known to fit, but for an icon beside them.
+        QSet<QString> measured;
     };
 
     QHeaderView* header() const;

@@ -147,6 +147,9 @@ int CTableCore::appendRow()
 
 void CTableCore::cellChanged(int row, int column)
 {
+    // The rows that wait to be published are all told to the view at once.
+    if (!m_model->isPublished(row))
+        return;
     m_model->cellChanged(row, column);
     scheduleFlush();
 }

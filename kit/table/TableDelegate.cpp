@@ -79,11 +79,6 @@ void CTableDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option
     if (stored.isEmpty() || room.width() <= 0)
         return;
 
-    QString text = safeText(stored, DRAWN_LENGTH);
-    const QFontMetrics& metrics = option.fontMetrics;
-    // No glyph of a text font is wider than the font is high, so most texts need no measuring.
-    if (text.size() * metrics.height() > room.width())
-        text = metrics.elidedText(text, Qt::ElideRight, room.width());
     const QString colorKey = enabled ? m_store.colorKey(row, column) : QString();
     if (colorKey.isEmpty()) {
         const auto role = selected ? QPalette::HighlightedText : QPalette::Text;
@@ -91,9 +86,10 @@ void CTableDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option
     } else {
         painter->setPen(CUiResource::getColor(colorKey));
     }
-    painter->setFont(option.font);
+    const QFontMetrics& metrics = option.fontMetrics;
     const int top = room.top() + (room.height() - metrics.height()) / 2;
-    painter->drawText(QPoint(room.left(), top + metrics.ascent()), text);
+    m_texts.draw(painter, QPointF(room.left(), top + metrics.ascent()),
+                 safeText(stored, DRAWN_LENGTH), option.font, room.width());
 }
 
 QSize CTableDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const

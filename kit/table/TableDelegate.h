@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kit/table/CellTexts.h"
+
 #include <QStyledItemDelegate>
 
 namespace KZ {
@@ -45,6 +47,7 @@ private:
 
     const CRowStore& m_store;
     const CTableModel& m_model;
+    mutable CCellTexts m_texts;
 };
 
 } // namespace KZ

@@ -36,6 +36,7 @@ public:
     /// Empties the store and the model.
     void clearRows();
     bool hasUnpublishedRows() const;
+    bool isPublished(int row) const { return row < m_published; }
     /// Takes over the rows added to the store since the last call, in one insertion.
     void publish();
 
