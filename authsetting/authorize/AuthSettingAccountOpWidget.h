@@ -18,6 +18,8 @@ public:
     /// `rowId` is the table's identifier of the row.
     CAuthSettingAccountOpWidget(int rowId, QWidget* parent);
 
+    /// Moves the widget to another row.
+    void setRowId(int rowId) { m_rowId = rowId; }
     /// Sets the account's mbservice::EAuthType.
     void setAuthType(int type);
 

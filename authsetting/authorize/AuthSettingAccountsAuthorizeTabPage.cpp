@@ -11,6 +11,7 @@
 #include "authsetting/services/MsgService.h"
 #include "authsetting/services/Services.h"
 #include "authsetting/services/UserConfig.h"
+#include "authsetting/shell/AccountTextCache.h"
 #include "authsetting/shell/AuthSettingEvents.h"
 #include "authsetting/shell/AuthSettingIds.h"
 #include "authsetting/shell/RequestTag.h"
@@ -82,7 +83,7 @@ void CAuthSettingAccountsAuthorizeTabPage::reloadData()
 void CAuthSettingAccountsAuthorizeTabPage::fillTable()
 {
     m_form->table()->clearAccounts();
-    m_rowAccounts.clear();
+    CAccountTextCache texts(StockRule::AllButFuturesType);
     const CUserConfig* user = getUserConfig();
     CAuthClient* client = getAuthClient();
     for (qsizetype index = 0; user && index < user->accounts.size(); ++index) {
@@ -94,10 +95,7 @@ void CAuthSettingAccountsAuthorizeTabPage::fillTable()
             continue;
         boost::shared_ptr<CAuthDetail> grant;
         const bool granted = client && client->getAuthDetail(key, grant);
-        const int row = m_form->table()->addAccount(*account, granted ? grant.get() : nullptr);
-        m_rowAccounts.insert(row, account);
-        if (!m_accountIndex.contains(key))
-            m_accountIndex.insert(key, m_accounts.size());
+        m_form->table()->addAccount(*account, granted ? grant.get() : nullptr, texts);
         m_accounts.append(account);
     }
 }
@@ -216,9 +214,8 @@ void CAuthSettingAccountsAuthorizeTabPage::slotAddAuthResult(QString grantee,
         grant->grantee = grantee;
         grant->account = account;
         grant->limit = limit;
-        const auto own = m_accountIndex.constFind(key);
-        if (own != m_accountIndex.constEnd())
-            grant->account.accountPrivate = m_accounts.at(*own)->accountPrivate;
+        if (const boost::shared_ptr<CAccount> own = accountOf(key))
+            grant->account.accountPrivate = own->accountPrivate;
         m_granted.append(grant);
     } else {
         showResultTip(m_form->authorizeButton(), QStringLiteral("权限出错！错误信息：") + error,
@@ -228,6 +225,17 @@ void CAuthSettingAccountsAuthorizeTabPage::slotAddAuthResult(QString grantee,
         finishRequest(
             boost::bind(&CAuthSettingAccountsAuthorizeTabPage::finishGrant, this, toServer));
     }
+}
+
+boost::shared_ptr<CAccount> CAuthSettingAccountsAuthorizeTabPage::accountOf(const QString& key)
+{
+    if (m_accountIndex.isEmpty()) {
+        m_accountIndex.reserve(m_accounts.size());
+        // Backwards, so that of two accounts with one key the first stays.
+        for (qsizetype index = m_accounts.size(); index-- > 0;)
+            m_accountIndex.insert(m_accounts.at(index)->key(), index);
+    }
+    return m_accounts.value(m_accountIndex.value(key, -1));
 }
 
 void CAuthSettingAccountsAuthorizeTabPage::finishGrant(bool toServer)
@@ -256,11 +264,11 @@ void CAuthSettingAccountsAuthorizeTabPage::reloadEverything()
 void CAuthSettingAccountsAuthorizeTabPage::cancelGrant(int row)
 {
     m_cancelRow = row;
-    const auto found = m_rowAccounts.constFind(row);
+    const boost::shared_ptr<CAccount> shown = m_accounts.value(row);
     CAuthClient* client = getAuthClient();
-    if (found == m_rowAccounts.constEnd() || !client)
+    if (!shown || !client)
         return;
-    const mbservice::CAccountInfo account = **found;
+    const mbservice::CAccountInfo account = *shown;
     const QString grantee = m_form->table()->itemText(row, CBatchAccountsTable::GranteeColumn);
     beginRequest();
     client->delAuth(grantee, account, requestTag(this));

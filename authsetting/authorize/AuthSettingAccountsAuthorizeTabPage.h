@@ -6,7 +6,6 @@
 #include "authsetting/shell/AuthSettingTabPage.h"
 
 #include <QHash>
-#include <QMap>
 #include <QSet>
 #include <QString>
 #include <QVariant>
@@ -59,6 +58,8 @@ private:
     void grantSelected(const QString& password, bool toServer);
     boost::shared_ptr<CAuthDetail> newGrant(const CAccount& account) const;
     void announceGrant(const mbservice::CAccountInfo& account);
+    /// The shown account with this key; empty when there is none.
+    boost::shared_ptr<CAccount> accountOf(const QString& key);
     void finishGrant(bool toServer);
     void cancelGrant(int row);
     void showCancelResult(bool ok, QString error);
@@ -73,11 +74,9 @@ private:
     CGrantMenu* m_authMenu = nullptr;
     /// Row of the last cancel request.
     int m_cancelRow = -1;
-    /// Accounts by row identifier, for cancelling.
-    QMap<int, boost::shared_ptr<CAccount>> m_rowAccounts;
-    /// Accounts in the order of the rows.
+    /// Accounts by row identifier.
     QVector<boost::shared_ptr<CAccount>> m_accounts;
-    /// The first element of m_accounts with each account key.
+    /// The first element of m_accounts with each account key; empty until one is looked for.
     QHash<QString, qsizetype> m_accountIndex;
     /// Keys of the accounts whose grant is still to be answered.
     QSet<QString> m_pendingKeys;

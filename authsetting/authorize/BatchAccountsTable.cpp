@@ -2,7 +2,7 @@
 
 #include "authsetting/authorize/AuthSettingAccountOpWidget.h"
 #include "authsetting/services/AccountKey.h"
-#include "authsetting/shell/AccountTexts.h"
+#include "authsetting/shell/AccountTextCache.h"
 #include "kit/resources/UiResource.h"
 
 #include <QTableView>
@@ -31,6 +31,25 @@ CBatchAccountsTable::CBatchAccountsTable(QWidget* parent)
     view()->setAccessibleName(QStringLiteral("批量授权"));
     setFlag(tableFlags);
     buildColumns();
+    setColumnWidgets(OperationColumn, operationWidgets());
+}
+
+KZ::CColumnWidgetKind CBatchAccountsTable::operationWidgets()
+{
+    KZ::CColumnWidgetKind kind;
+    kind.make = [](QWidget* parent) -> QWidget* {
+        auto* operation = new CAuthSettingAccountOpWidget(-1, parent);
+        // No other account has one.
+        operation->setAuthType(mbservice::AUTH_TYPE_GRANTED_TO_OTHER);
+        return operation;
+    };
+    kind.bind = [this](QWidget* widget, int row) {
+        auto* operation = static_cast<CAuthSettingAccountOpWidget*>(widget);
+        operation->setRowId(row);
+        operation->setAccountName(itemText(row, AccountColumn));
+    };
+    kind.alignment = fillCell;
+    return kind;
 }
 
 void CBatchAccountsTable::buildColumns()
@@ -58,34 +77,25 @@ void CBatchAccountsTable::clearAccounts()
     m_hints = CExpiryHints();
 }
 
-int CBatchAccountsTable::addAccount(const CAccount& account, const CAuthDetail* grant)
+int CBatchAccountsTable::addAccount(const CAccount& account, const CAuthDetail* grant,
+                                    CAccountTextCache& texts)
 {
     const bool grantable = account.authType == mbservice::AUTH_TYPE_NOT_GRANTED;
-    const QString name = accountDisplayIDQs(account);
     const int row = addRowBegin();
     setItemCheckBox(row, SelectColumn, row, !grantable, grantable, centred);
-    setItemText(row, PlatformColumn, platformName(account, StockRule::AllButFuturesType), false);
-    setItemText(row, BrokerColumn, brokerName(account, StockRule::AllButFuturesType), false);
-    setItemText(row, AccountColumn, name, false);
+    setItemText(row, PlatformColumn, texts.platformName(account), false);
+    setItemText(row, BrokerColumn, texts.brokerName(account), false);
+    setItemText(row, AccountColumn, accountDisplayIDQs(account), false);
     setItemText(row, StateColumn, account.authTypeString(), false);
     setItemTextColorKey(row, StateColumn, authTypeToColorKey(account.authType));
     if (grant) {
         setItemText(row, GranteeColumn, grant->grantee, false);
-        setItemText(row, StartColumn, grantDayText(grant->limit.startTime), false);
-        setItemText(row, EndColumn, grantDayText(grant->limit.endTime), false);
+        setItemText(row, StartColumn, texts.grantDayText(grant->limit.startTime), false);
+        setItemText(row, EndColumn, texts.grantDayText(grant->limit.endTime), false);
         m_hints.mark(this, row, StateColumn, grant->limit.endTime);
     }
-    if (account.authType == mbservice::AUTH_TYPE_GRANTED_TO_OTHER) {
-        setItemWidget(
-            row, OperationColumn,
-            [row, type = account.authType, name](QWidget* parent) -> QWidget* {
-                auto* operation = new CAuthSettingAccountOpWidget(row, parent);
-                operation->setAuthType(type);
-                operation->setAccountName(name);
-                return operation;
-            },
-            fillCell);
-    }
+    if (account.authType == mbservice::AUTH_TYPE_GRANTED_TO_OTHER)
+        setItemColumnWidget(row, OperationColumn);
     addRowEnd(true);
     return row;
 }

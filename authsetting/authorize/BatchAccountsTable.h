@@ -10,6 +10,8 @@
 
 namespace GW {
 
+class CAccountTextCache;
+
 /// The accounts of the batch tab, one per row, with a tick that selects a row for the next grant.
 /// A granted account shows a tick that is locked and never counts as selected. Rows that are
 /// selected show the grant in the making ("pending") in place of their own state.
@@ -33,7 +35,7 @@ public:
 
     void clearAccounts();
     /// Appends the row of an account and of its grant, which may be null; returns its identifier.
-    int addAccount(const CAccount& account, const CAuthDetail* grant);
+    int addAccount(const CAccount& account, const CAuthDetail* grant, CAccountTextCache& texts);
 
     /// Whether the user has ticked the row for the next grant.
     bool isSelected(int row) const;
@@ -46,6 +48,7 @@ public:
 
 private:
     void buildColumns();
+    KZ::CColumnWidgetKind operationWidgets();
 
     CExpiryHints m_hints;
 };

@@ -6,7 +6,7 @@
 #include "authsetting/services/AuthClient.h"
 #include "authsetting/services/Services.h"
 #include "authsetting/services/UserConfig.h"
-#include "authsetting/shell/AccountTexts.h"
+#include "authsetting/shell/AccountTextCache.h"
 #include "authsetting/shell/AuthSettingEvents.h"
 #include "authsetting/shell/AuthSettingIds.h"
 #include "authsetting/shell/RequestTag.h"
@@ -17,6 +17,8 @@
 #include <QTableView>
 
 #include <boost/bind/bind.hpp>
+
+#include <utility>
 
 namespace GW {
 
@@ -80,8 +82,23 @@ void CAuthSettingAccountsOverviewTabPage::buildTable()
     m_table->setHeaderText(StartColumn, QStringLiteral("起始时间"));
     m_table->setHeaderText(EndColumn, QStringLiteral("终止时间"));
     m_table->setHeaderText(OperationColumn, QStringLiteral("操作"));
+    m_table->setColumnWidgets(OperationColumn, operationWidgets());
     restoreTableLayout(m_table);
     setInnerStretchWidget(m_table, tableMargin, tableMargin, tableMargin, tableMargin);
+}
+
+KZ::CColumnWidgetKind CAuthSettingAccountsOverviewTabPage::operationWidgets()
+{
+    KZ::CColumnWidgetKind kind;
+    kind.make = [](QWidget* parent) { return new CAuthSettingAccountOpWidget(-1, parent); };
+    kind.bind = [this](QWidget* widget, int row) {
+        auto* operation = static_cast<CAuthSettingAccountOpWidget*>(widget);
+        operation->setRowId(row);
+        operation->setAuthType(m_rows.at(row).authType);
+        operation->setAccountName(m_table->itemText(row, AccountColumn));
+    };
+    kind.alignment = fillCell;
+    return kind;
 }
 
 void CAuthSettingAccountsOverviewTabPage::reloadData()
@@ -89,7 +106,8 @@ void CAuthSettingAccountsOverviewTabPage::reloadData()
     if (m_table)
         m_table->clear();
     m_hints = CExpiryHints();
-    m_rowAccounts.clear();
+    m_rows.clear();
+    CAccountTextCache texts(StockRule::OnlyStockType);
     const CUserConfig* user = getUserConfig();
     // The client may change the list while its reads are under way, so it is asked at every step.
     for (qsizetype index = 0; user && index < user->accounts.size(); ++index) {
@@ -98,46 +116,39 @@ void CAuthSettingAccountsOverviewTabPage::reloadData()
             continue;
         const QString key = account->key();
         if (!user->isSubAccount(key) && !user->hasSubAccount(key))
-            addRow(account);
+            addRow(*account, key, texts);
     }
 }
 
-void CAuthSettingAccountsOverviewTabPage::addRow(const boost::shared_ptr<CAccount>& account)
+void CAuthSettingAccountsOverviewTabPage::addRow(const CAccount& account, const QString& key,
+                                                 CAccountTextCache& texts)
 {
-    if (!m_table || !account)
+    if (!m_table)
         return;
     const int row = m_table->addRowBegin();
-    m_table->setItemText(row, PlatformColumn, platformName(*account, StockRule::OnlyStockType),
-                         true);
-    m_table->setItemText(row, BrokerColumn, brokerName(*account, StockRule::OnlyStockType));
-    const QString name = accountDisplayIDQs(*account);
-    m_table->setItemText(row, AccountColumn, name);
-    m_table->setItemText(row, StateColumn, account->authTypeString());
-    m_table->setItemTextColorKey(row, StateColumn, authTypeToColorKey(account->authType));
-    m_table->setItemWidget(
-        row, OperationColumn,
-        [row, type = account->authType, name](QWidget* parent) -> QWidget* {
-            auto* operation = new CAuthSettingAccountOpWidget(row, parent);
-            operation->setAuthType(type);
-            operation->setAccountName(name);
-            return operation;
-        },
-        fillCell);
-    fillGrant(row, account->key());
+    m_rows.append({account.authType, nullptr});
+    m_table->setItemText(row, PlatformColumn, texts.platformName(account), true);
+    m_table->setItemText(row, BrokerColumn, texts.brokerName(account));
+    m_table->setItemText(row, AccountColumn, accountDisplayIDQs(account));
+    m_table->setItemText(row, StateColumn, account.authTypeString());
+    m_table->setItemTextColorKey(row, StateColumn, authTypeToColorKey(account.authType));
+    m_table->setItemColumnWidget(row, OperationColumn);
+    fillGrant(row, key, texts);
     m_table->addRowEnd(true);
 }
 
-void CAuthSettingAccountsOverviewTabPage::fillGrant(int row, const QString& key)
+void CAuthSettingAccountsOverviewTabPage::fillGrant(int row, const QString& key,
+                                                    CAccountTextCache& texts)
 {
     CAuthClient* client = getAuthClient();
     boost::shared_ptr<CAuthDetail> detail;
     if (!client || !client->getAuthDetail(key, detail) || !detail)
         return;
-    m_rowAccounts.insert(row, detail->account);
     m_table->setItemText(row, GranteeColumn, detail->grantee);
-    m_table->setItemText(row, StartColumn, grantDayText(detail->limit.startTime));
-    m_table->setItemText(row, EndColumn, grantDayText(detail->limit.endTime));
+    m_table->setItemText(row, StartColumn, texts.grantDayText(detail->limit.startTime));
+    m_table->setItemText(row, EndColumn, texts.grantDayText(detail->limit.endTime));
     m_hints.mark(m_table, row, StateColumn, detail->limit.endTime);
+    m_rows[row].grant = std::move(detail);
 }
 
 bool CAuthSettingAccountsOverviewTabPage::handleEvent(int eventId, int param1, int param2,
@@ -153,9 +164,10 @@ void CAuthSettingAccountsOverviewTabPage::cancelGrant(int row)
 {
     m_pendingRow = row;
     CAuthClient* client = getAuthClient();
-    if (!m_table || !m_rowAccounts.contains(row) || !client)
+    const boost::shared_ptr<CAuthDetail> grant = m_rows.value(row).grant;
+    if (!m_table || !grant || !client)
         return;
-    const mbservice::CAccountInfo account = m_rowAccounts.value(row);
+    const mbservice::CAccountInfo account = grant->account;
     const QString grantee = m_table->itemText(row, GranteeColumn);
     beginRequest();
     client->delAuth(grantee, account, requestTag(this));

@@ -2,20 +2,24 @@
 
 #include "authsetting/authorize/ExpiryHints.h"
 #include "authsetting/services/AccountInfo.h"
+#include "authsetting/services/AuthType.h"
 #include "authsetting/shell/AuthSettingTabPage.h"
 
-#include <QMap>
 #include <QVariant>
+#include <QVector>
 
 #include <boost/shared_ptr.hpp>
 
 namespace KZ {
+struct CColumnWidgetKind;
 class COddEvenRowTable;
-}
+} // namespace KZ
 
 namespace GW {
 
 class CAccount;
+class CAccountTextCache;
+class CAuthDetail;
 
 /// The tab "账号总览": the user's own accounts with the grant of each, which a button in the row
 /// cancels on the server. The table's layout is kept in the user's configuration.
@@ -36,14 +40,22 @@ public Q_SLOTS:
 
 private:
     void buildTable();
-    void addRow(const boost::shared_ptr<CAccount>& account);
-    void fillGrant(int row, const QString& key);
+    KZ::CColumnWidgetKind operationWidgets();
+    void addRow(const CAccount& account, const QString& key, CAccountTextCache& texts);
+    void fillGrant(int row, const QString& key, CAccountTextCache& texts);
     void cancelGrant(int row);
     void showCancelResult(bool success, QString error);
 
+    /// What a row shows besides its texts.
+    struct Row
+    {
+        mbservice::EAuthType authType;
+        /// Empty without one.
+        boost::shared_ptr<CAuthDetail> grant;
+    };
+
     KZ::COddEvenRowTable* m_table = nullptr;
-    /// The account of the grant in each row that has one.
-    QMap<int, mbservice::CAccountInfo> m_rowAccounts;
+    QVector<Row> m_rows;
     int m_pendingRow = -1;
     CExpiryHints m_hints;
 };

@@ -2,28 +2,74 @@
 
 #include <QByteArray>
 #include <QStringList>
+#include <QVarLengthArray>
 
 #include <algorithm>
+#include <array>
+#include <charconv>
+#include <string_view>
 
 namespace GW {
 
 namespace {
 
-constexpr QChar separator = u'|';
+constexpr char separator = '|';
+
+/// Which bytes stand for themselves in a key.
+constexpr std::array<bool, 256> plainBytes = [] {
+    std::array<bool, 256> plain{};
+    for (const char byte : std::string_view("0123456789abcdefghijklmnopqrstuvwxyz"
+                                            "ABCDEFGHIJKLMNOPQRSTUVWXYZ-_."))
+        plain[static_cast<unsigned char>(byte)] = true;
+    return plain;
+}();
 
 bool isPlain(unsigned char byte)
 {
-    return (byte >= '0' && byte <= '9') || (byte >= 'a' && byte <= 'z')
-           || (byte >= 'A' && byte <= 'Z') || byte == '-' || byte == '_' || byte == '.';
+    return plainBytes[byte];
 }
 
-// Percent-encoding keeps any byte, the separator included, apart from the key's own syntax.
-QString encoded(const std::string& bytes)
+/// Puts the parts of a key together in a buffer that all ordinary keys fit into.
+class KeyText
 {
-    if (std::all_of(bytes.begin(), bytes.end(), isPlain))
-        return QString::fromLatin1(bytes.data(), static_cast<qsizetype>(bytes.size()));
-    return QString::fromLatin1(QByteArray::fromStdString(bytes).toPercentEncoding(QByteArray(), "~"));
-}
+public:
+    void add(char byte) { m_bytes.append(byte); }
+
+    void add(qint32 number)
+    {
+        const qsizetype size = m_bytes.size();
+        m_bytes.resize(size + mostDigits);
+        char* begin = m_bytes.data() + size;
+        m_bytes.resize(std::to_chars(begin, begin + mostDigits, number).ptr - m_bytes.data());
+    }
+
+    // Percent-encoding keeps any byte, the separator included, apart from the key's own syntax.
+    void add(const std::string& field)
+    {
+        if (std::all_of(field.begin(), field.end(), isPlain)) {
+            add(std::string_view(field));
+            return;
+        }
+        const QByteArray encoded =
+            QByteArray::fromStdString(field).toPercentEncoding(QByteArray(), "~");
+        add(std::string_view(encoded.constData(), static_cast<std::size_t>(encoded.size())));
+    }
+
+    QString text() const { return QString::fromLatin1(m_bytes.constData(), m_bytes.size()); }
+
+private:
+    void add(std::string_view bytes)
+    {
+        const qsizetype size = m_bytes.size();
+        m_bytes.resize(size + static_cast<qsizetype>(bytes.size()));
+        std::copy(bytes.begin(), bytes.end(), m_bytes.begin() + size);
+    }
+
+    // Ten digits and a sign.
+    static constexpr qsizetype mostDigits = 11;
+
+    QVarLengthArray<char, 96> m_bytes;
+};
 
 std::string decoded(const QString& text)
 {
@@ -32,15 +78,23 @@ std::string decoded(const QString& text)
 
 } // namespace
 
+// Every row of every reload needs its key, so the text itself is all that it allocates.
 QString genAccountKeyQs(const mbservice::CAccountInfo& account)
 {
-    return QString::number(account.platformId) + separator + encoded(account.brokerId) + separator
-           + QString::number(account.accountSubType) + separator + encoded(account.accountId);
+    KeyText key;
+    key.add(account.platformId);
+    key.add(separator);
+    key.add(account.brokerId);
+    key.add(separator);
+    key.add(account.accountSubType);
+    key.add(separator);
+    key.add(account.accountId);
+    return key.text();
 }
 
 mbservice::CAccountInfo keyToAccountInfo(QString key)
 {
-    const QStringList fields = key.split(separator);
+    const QStringList fields = key.split(QLatin1Char(separator));
     if (fields.size() != 4)
         return {};
     bool platformOk = false;
@@ -57,8 +111,12 @@ mbservice::CAccountInfo keyToAccountInfo(QString key)
 
 QString accountDisplayIDQs(const mbservice::CAccountInfo& account)
 {
-    return QString::fromStdString(account.accountAlias.empty() ? account.accountId
-                                                               : account.accountAlias);
+    const std::string& shown =
+        account.accountAlias.empty() ? account.accountId : account.accountAlias;
+    // Account numbers are nearly always plain, and each row of each reload shows one.
+    if (std::all_of(shown.begin(), shown.end(), isPlain))
+        return QString::fromLatin1(shown.data(), static_cast<qsizetype>(shown.size()));
+    return QString::fromStdString(shown);
 }
 
 } // namespace GW

@@ -1,7 +1,8 @@
 set(shell_SOURCES
-    AccountTexts.cpp AccountTexts.h AuthNavigateNode.cpp AuthNavigateNode.h AuthSettingDialog.cpp
-    AuthSettingDialog.h AuthSettingEvents.h AuthSettingIds.cpp AuthSettingIds.h
-    AuthSettingNavigator.cpp AuthSettingNavigator.h AuthSettingPage.cpp AuthSettingPage.h
-    AuthSettingTabPage.cpp AuthSettingTabPage.h ClientDate.cpp ClientDate.h NavigatorFiller.cpp
-    NavigatorFiller.h NodeIconRefresher.cpp NodeIconRefresher.h PageFactory.cpp PageFactory.h
-    RequestTag.cpp RequestTag.h ResultTip.cpp ResultTip.h TableLayouts.cpp TableLayouts.h)
+    AccountTextCache.cpp AccountTextCache.h AccountTexts.cpp AccountTexts.h AuthNavigateNode.cpp
+    AuthNavigateNode.h AuthSettingDialog.cpp AuthSettingDialog.h AuthSettingEvents.h
+    AuthSettingIds.cpp AuthSettingIds.h AuthSettingNavigator.cpp AuthSettingNavigator.h
+    AuthSettingPage.cpp AuthSettingPage.h AuthSettingTabPage.cpp AuthSettingTabPage.h
+    ClientDate.cpp ClientDate.h NavigatorFiller.cpp NavigatorFiller.h NodeIconRefresher.cpp
+    NodeIconRefresher.h PageFactory.cpp PageFactory.h RequestTag.cpp RequestTag.h ResultTip.cpp
+    ResultTip.h TableLayouts.cpp TableLayouts.h)
