@@ -6,7 +6,8 @@
 
 namespace bench {
 
-/// Longest time that the event loop did not turn while the meter lives.
+/// Longest time that the event loop did not turn while the meter lives, a millisecond too long at
+/// most.
 class StallMeter : public QObject
 {
 public:
