@@ -39,8 +39,7 @@ QString dataFolder(const StoreOptions& options)
                              : options.dataFolder;
     const QString name =
         QStringLiteral("%1:%2:%3").arg(location.host).arg(location.port).arg(location.database);
-    const QString folder =
-        base + QLatin1Char('/') + QString::fromLatin1(QUrl::toPercentEncoding(name));
+    QString folder = base + QLatin1Char('/') + QString::fromLatin1(QUrl::toPercentEncoding(name));
     QDir().mkpath(folder);
     return folder;
 }
@@ -80,7 +79,7 @@ public:
     /// Empty, or the reason of a failure.
     QString start()
     {
-        const QString problem = authClient->start();
+        QString problem = authClient->start();
         if (!problem.isEmpty())
             return problem;
         const Environment& environment = authClient->environment();

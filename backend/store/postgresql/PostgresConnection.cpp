@@ -166,7 +166,7 @@ QString PostgresConnection::verifier(const QString& user, const QString& passwor
     const QByteArray text = password.toUtf8();
     char* made = PQencryptPasswordConn(handle(), text.constData(), user.toUtf8().constData(),
                                        "scram-sha-256");
-    const QString result = QString::fromLatin1(made);
+    QString result = QString::fromLatin1(made);
     PQfreemem(made);
     return result;
 }

@@ -179,7 +179,7 @@ UserStore::Exported RequestJson::exported(const QJsonObject& answer) const
     UserStore::Exported exported;
     if (isOk(answer)) {
         const QJsonArray changed = answer.value(QStringLiteral("changed")).toArray();
-        for (const QJsonValue& reference : changed)
+        for (const auto& reference : changed)
             exported.changed.append(reference.toString());
         return exported;
     }

@@ -156,7 +156,7 @@ void ServerModelReader::readReceived(const ModelAccount& account, bool isCurrent
     if (known != received.end() && isCurrent)
         *known = account;
     else if (known != received.end())
-        received.erase(known);
+        received.removeAt(known - received.begin());
     else if (isCurrent)
         received.append(account);
     else
