@@ -15,7 +15,7 @@ public:
     explicit InterferedStore(UserStore& store) : m_store(store) {}
     UserStore::Exported commitExport(const QVector<FileGrant>& grants, bool repeat) override
     {
-        const UserStore::Exported exported = m_store.commitExport(grants, repeat);
+        UserStore::Exported exported = m_store.commitExport(grants, repeat);
         afterCommit();
         return exported;
     }
