@@ -31,12 +31,11 @@ constexpr int noteKind = 1;
 
 enum Column { Name, Grants, State, Operation };
 
-QWidget* newDisableButton(int row, const QString& subUser, QWidget* parent)
+QWidget* newDisableButton(QWidget* parent)
 {
-    auto* button = new KZ::CSmallNormalButton(firstRowButton + row, parent);
+    auto* button = new KZ::CSmallNormalButton(firstRowButton, parent);
     button->setTextFontKey(QStringLiteral("fnt_default_normal_fix"));
     button->setText(QStringLiteral("禁用"));
-    button->setAccessibleName(QStringLiteral("禁用 ") + subUser);
     button->resize(disableButtonWidth, button->height());
     return button;
 }
@@ -72,9 +71,19 @@ void CAuthSettingRestrictedUsersManageTabPage::buildLayout()
         m_table->setHeaderText(column, headers[static_cast<std::size_t>(column)]);
         m_table->setColumnWidth(column, newColumnWidth);
     }
+    m_table->setColumnWidgets(
+        Operation, {newDisableButton, [this](QWidget* widget, int row) { bindButton(widget, row); },
+                    Qt::AlignCenter});
     restoreTableLayout(m_table);
     m_list->addStretchWidget(m_table, 1, 3, false);
     setInnerStretchWidget(m_list, 0, 0, 0, 0);
+}
+
+void CAuthSettingRestrictedUsersManageTabPage::bindButton(QWidget* widget, int row)
+{
+    auto* button = static_cast<KZ::CSmallNormalButton*>(widget);
+    button->setId(firstRowButton + row);
+    button->setAccessibleName(QStringLiteral("禁用 ") + m_table->itemText(row, Name));
 }
 
 void CAuthSettingRestrictedUsersManageTabPage::reloadData()
@@ -100,14 +109,10 @@ void CAuthSettingRestrictedUsersManageTabPage::fillRow(int row, const QString& s
     m_table->setItemText(row, Name, subUser);
     m_table->setItemText(row, Grants, QString::number(grants.size()));
     const bool active = client->isSubUserActive(subUser);
-    if (active) {
-        m_table->setItemWidget(
-            row, Operation,
-            [row, subUser](QWidget* parent) { return newDisableButton(row, subUser, parent); },
-            Qt::AlignCenter);
-    } else {
+    if (active)
+        m_table->setItemColumnWidget(row, Operation);
+    else
         m_table->setItemWidget(row, Operation, static_cast<QWidget*>(nullptr), Qt::AlignCenter);
-    }
     m_table->setItemText(row, State, active ? QStringLiteral("已启用") : QStringLiteral("已禁用"));
     m_table->setItemTextColorKey(row, State,
                                  active ? "clr_sub_user_enabled" : "clr_sub_user_disabled");

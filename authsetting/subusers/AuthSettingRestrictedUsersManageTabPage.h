@@ -33,6 +33,8 @@ public Q_SLOTS:
 
 private:
     void buildLayout();
+    /// Makes a button of the operation column stand for a row.
+    void bindButton(QWidget* widget, int row);
     void fillRow(int row, const QString& subUser);
     void onClicked(int id);
     void toggleRow(int row);

@@ -20,6 +20,7 @@ public:
     ~CButton() override;
 
     int id() const { return m_id; }
+    void setId(int id) { m_id = id; }
     int command() const { return m_command; }
 
     /// Shows the icon of `iconKey` before the text with `gap` pixels between; `state` 0 is the
@@ -56,7 +57,7 @@ private:
     QString shownIconKey() const;
     QString contentColorKey() const;
 
-    const int m_id;
+    int m_id;
     const int m_command;
     int m_iconGap = 0;
     QString m_iconKey;
