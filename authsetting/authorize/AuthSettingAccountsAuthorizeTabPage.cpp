@@ -155,14 +155,18 @@ void CAuthSettingAccountsAuthorizeTabPage::grantSelected(const QString& password
     if (!client || !isReadyToGrant())
         return;
 
+    // Read once: the form turns its dates into moments each time.
+    const CAuthDetail pattern = newGrant();
     QVector<boost::shared_ptr<CAuthDetail>> grants;
     for (qsizetype index = 0; index < m_accounts.size(); ++index) {
         if (m_form->table()->isSelected(static_cast<int>(index)))
             m_pendingKeys.insert(m_accounts.at(index)->key());
     }
     for (qsizetype index = 0; index < m_accounts.size(); ++index) {
-        if (m_form->table()->isSelected(static_cast<int>(index)))
-            grants.append(newGrant(*m_accounts.at(index)));
+        if (!m_form->table()->isSelected(static_cast<int>(index)))
+            continue;
+        grants.append(boost::make_shared<CAuthDetail>(pattern));
+        grants.last()->account = *m_accounts.at(index);
     }
     beginRequest();
     for (const auto& grant : std::as_const(grants)) {
@@ -171,15 +175,13 @@ void CAuthSettingAccountsAuthorizeTabPage::grantSelected(const QString& password
     }
 }
 
-boost::shared_ptr<CAuthDetail>
-CAuthSettingAccountsAuthorizeTabPage::newGrant(const CAccount& account) const
+CAuthDetail CAuthSettingAccountsAuthorizeTabPage::newGrant() const
 {
     const CUserConfig* user = getUserConfig();
-    auto grant = boost::make_shared<CAuthDetail>();
-    grant->grantor = user ? user->userName : QString();
-    grant->grantee = m_form->grantee();
-    grant->account = account;
-    grant->limit = m_form->days().limit();
+    CAuthDetail grant;
+    grant.grantor = user ? user->userName : QString();
+    grant.grantee = m_form->grantee();
+    grant.limit = m_form->days().limit();
     return grant;
 }
 
@@ -187,9 +189,11 @@ void CAuthSettingAccountsAuthorizeTabPage::announceGrant(const mbservice::CAccou
 {
     CUserConfig* user = getUserConfig();
     CMsgService* messages = getMsgService();
+    if (!user || !messages)
+        return;
     const QString key = genAccountKeyQs(account);
-    const boost::shared_ptr<CAccount> known = user ? user->getAccountData(key) : nullptr;
-    if (!known || !messages)
+    const boost::shared_ptr<CAccount> known = user->getAccountData(key);
+    if (!known)
         return;
     const QString text = QStringLiteral("账户") + accountDisplayIDQs(*known) +
                          QStringLiteral("授权, 撤销所有执行任务");

@@ -56,7 +56,8 @@ private:
 
     bool isReadyToGrant();
     void grantSelected(const QString& password, bool toServer);
-    boost::shared_ptr<CAuthDetail> newGrant(const CAccount& account) const;
+    /// A grant as the form says, of no account yet.
+    CAuthDetail newGrant() const;
     void announceGrant(const mbservice::CAccountInfo& account);
     /// The shown account with this key; empty when there is none.
     boost::shared_ptr<CAccount> accountOf(const QString& key);
