@@ -1,6 +1,7 @@
 #include "backend/client/GrantFileWriter.h"
 
 #include "authsetting/services/AccountKey.h"
+#include "backend/sealedfile/FileSealer.h"
 #include "backend/sealedfile/GrantPayload.h"
 #include "backend/sealedfile/SafeFileWriter.h"
 #include "backend/sealedfile/SealedFile.h"
@@ -35,16 +36,12 @@ Details recordsForFile(const Details& grants, const QString& userName,
     return records;
 }
 
-SealedFileError seal(const Details& records, const QString& password, bool cheap, QByteArray* bytes)
+SealedFileError encode(const Details& records, SecretBytes* payload)
 {
-    SecretBytes payload;
-    const SealedFileError error = encodeGrants(records, &payload);
+    const SealedFileError error = encodeGrants(records, payload);
     for (const auto& record : records)
         wipe(record->account.accountPrivate);
-    if (error != SealedFileError::None)
-        return error;
-    return sealToBytes(payload.view(), password, cheap ? SealProfile::Test : SealProfile::Standard,
-                       bytes);
+    return error;
 }
 
 QVector<FileGrant> storeGrants(const Details& grants)
@@ -110,8 +107,12 @@ ExportError GrantFileWriter::writeUnlogged(const QString& filePath, const QStrin
         return ExportError::FileExists;
 
     QByteArray bytes;
-    const SealedFileError sealing =
-        seal(recordsForFile(grants, m_userName, accounts), password, m_cheap, &bytes);
+    // Derives the key while the content is put together.
+    FileSealer sealer(password, m_cheap ? SealProfile::Test : SealProfile::Standard);
+    SecretBytes payload;
+    SealedFileError sealing = encode(recordsForFile(grants, m_userName, accounts), &payload);
+    if (sealing == SealedFileError::None)
+        sealing = sealer.seal(payload.view(), &bytes);
     if (sealing != SealedFileError::None) {
         *reason = sealedFileErrorText(sealing);
         return ExportError::Seal;

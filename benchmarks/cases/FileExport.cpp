@@ -1,6 +1,5 @@
-#include "backend/sealedfile/FileSealer.h"
+#include "backend/client/GrantFileWriter.h"
 #include "backend/sealedfile/GrantPayload.h"
-#include "backend/sealedfile/SafeFileWriter.h"
 #include "benchmarks/cases/Cases.h"
 #include "benchmarks/support/Statistics.h"
 #include "kit/dates/DateConversions.h"
@@ -43,21 +42,36 @@ double elapsed(const QElapsedTimer& timer)
     return static_cast<double>(timer.nsecsElapsed()) / 1e6;
 }
 
-/// What an export does: encodes the grants, seals them and brings the file to the disk.
-double sealGrants(const Grants& grants, const QString& path)
+/// A store that makes every grant current at once: its own work has another figure.
+class WillingStore : public backend::StoreLink
 {
+public:
+    backend::UserStore::Exported commitExport(const QVector<backend::FileGrant>&, bool) override
+    {
+        return {backend::ExportError::None, {}, {}};
+    }
+    void revertExport(const QStringList&) override {}
+};
+
+backend::AccountSnapshot accountsOf(const Grants& grants)
+{
+    QVector<boost::shared_ptr<GW::CAccount>> accounts;
+    for (const auto& grant : grants)
+        accounts.append(boost::make_shared<GW::CAccount>(grant->account));
+    return {accounts, {}, {}};
+}
+
+/// An export as the client does it, until the file has its name.
+double exportGrants(const Grants& grants, const backend::AccountSnapshot& accounts,
+                    const QString& path)
+{
+    WillingStore store;
+    backend::GrantFileWriter writer(store, QStringLiteral("grantor"), false);
     QElapsedTimer timer;
     timer.start();
-    backend::FileSealer sealer(QStringLiteral("a password"), backend::SealProfile::Standard);
-    backend::SecretBytes payload;
-    QByteArray sealed;
-    backend::SafeFileWriter writer;
-    if (backend::encodeGrants(grants, &payload) != backend::SealedFileError::None ||
-        sealer.seal(payload.view(), &sealed) != backend::SealedFileError::None ||
-        !writer.prepare(path, sealed) ||
-        writer.publish(backend::SafeFileWriter::Replace::Allowed) !=
-            backend::SafeFileWriter::Published::Yes)
-        qFatal("the grants cannot be sealed");
+    if (writer.write(path, QStringLiteral("a password"), grants, accounts) !=
+        backend::ExportError::None)
+        qFatal("the grants cannot be exported");
     return elapsed(timer);
 }
 
@@ -93,13 +107,15 @@ void measureFileExport(const Scale& scale, Results* results)
 {
     const QTemporaryDir folder;
     const Grants grants = makeGrants(scale.accounts);
+    const backend::AccountSnapshot accounts = accountsOf(grants);
     backend::SecretBytes encoded;
     if (backend::encodeGrants(grants, &encoded) != backend::SealedFileError::None)
         qFatal("the grants cannot be encoded");
     const QByteArray payload(reinterpret_cast<const char*>(encoded.data()),
                              static_cast<qsizetype>(encoded.size()));
     const Comparison sealing = alternate(
-        scale.rounds, [&] { return sealGrants(grants, folder.filePath(QStringLiteral("a.taa"))); },
+        scale.rounds,
+        [&] { return exportGrants(grants, accounts, folder.filePath(QStringLiteral("a.taa"))); },
         [&] { return sealRaw(payload); });
     results->add({QStringLiteral("file_export_10k_vs_raw"), sealing.ratio(), QString(), 1.3, 1.05,
                   QStringLiteral("%1 ms against %2 ms")
