@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QtCore/QtCore>
+
 #include <boost/function.hpp>
 #include <boost/shared_ptr.hpp>
 

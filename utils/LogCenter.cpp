@@ -1,6 +1,7 @@
 #include "utils/LogCenter.h"
 
 #include <QFile>
+
 #include <log4cxx/basicconfigurator.h>
 #include <log4cxx/consoleappender.h>
 #include <log4cxx/fileappender.h>
@@ -92,8 +93,7 @@ bool CLogCenter::debugEnabled(const char* name)
 
 void CLogCenter::setDebugEnabled(const char* name, bool enabled)
 {
-    loggerNamed(name)->setLevel(enabled ? log4cxx::Level::getDebug()
-                                        : log4cxx::Level::getInfo());
+    loggerNamed(name)->setLevel(enabled ? log4cxx::Level::getDebug() : log4cxx::Level::getInfo());
 }
 
 void CLogCenter::error(const QString& text)

@@ -10,6 +10,7 @@
 #include <QString>
 #include <QVariant>
 #include <QVector>
+
 #include <boost/shared_ptr.hpp>
 
 namespace GW {
@@ -34,8 +35,8 @@ public:
     /// Grants one account to `grantee`. With `toServer` the grant takes effect; without, it is only
     /// validated and prepared for a file, and takes effect by exportAuth(). Answered by
     /// sigAddAuthResult().
-    virtual void addAuth(QString grantee, const mbservice::CAccountInfo& account,
-                         CAuthLimit& limit, QVariant tag, bool toServer) = 0;
+    virtual void addAuth(QString grantee, const mbservice::CAccountInfo& account, CAuthLimit& limit,
+                         QVariant tag, bool toServer) = 0;
     /// Cancels the grant of `account` to `grantee`. Answered by sigDelAuthResult().
     virtual void delAuth(QString grantee, mbservice::CAccountInfo account, QVariant tag) = 0;
     /// Checks that `user` exists and may receive grants. Answered by sigCheckAuthuserResult().

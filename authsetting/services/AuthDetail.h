@@ -5,6 +5,7 @@
 #include "authsetting/services/AuthLimit.h"
 
 #include <QString>
+
 #include <boost/shared_ptr.hpp>
 
 namespace GW {

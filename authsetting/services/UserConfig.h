@@ -7,6 +7,7 @@
 #include <QMap>
 #include <QString>
 #include <QVector>
+
 #include <boost/shared_ptr.hpp>
 
 #include <string>

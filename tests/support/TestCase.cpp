@@ -5,7 +5,8 @@
 
 void TestCase::init()
 {
-    // The offscreen platform says so of every window that is shown, and nothing in the code does it.
+    // The offscreen platform says so of every window that is shown, and nothing in the code does
+    // it.
     QTest::failOnWarning(QRegularExpression(QStringLiteral("^(?!This plugin does not support )")));
 }
 
@@ -14,9 +15,9 @@ void TestCase::cleanup()
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     const QWidgetList windows = QApplication::topLevelWidgets();
     for (const QWidget* window : windows) {
-        const QString text = QStringLiteral("left-over window: %1 \"%2\"")
-                                 .arg(QString::fromLatin1(window->metaObject()->className()),
-                                      window->windowTitle());
+        const QString text =
+            QStringLiteral("left-over window: %1 \"%2\"")
+                .arg(QString::fromLatin1(window->metaObject()->className()), window->windowTitle());
         QTest::qFail(qPrintable(text), __FILE__, __LINE__);
     }
 }

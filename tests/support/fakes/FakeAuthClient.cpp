@@ -53,8 +53,8 @@ bool FakeAuthClient::getAuthDetail(QString accountKey, boost::shared_ptr<GW::CAu
     return true;
 }
 
-bool FakeAuthClient::getAuthorizedFromMeInfo(
-    QString user, QMap<QString, boost::shared_ptr<GW::CAuthDetail>>& out)
+bool FakeAuthClient::getAuthorizedFromMeInfo(QString user,
+                                             QMap<QString, boost::shared_ptr<GW::CAuthDetail>>& out)
 {
     out.clear();
     for (auto grant = grants.constBegin(); grant != grants.constEnd(); ++grant) {

@@ -58,8 +58,8 @@ public:
                    boost::shared_ptr<GW::CAuthDetail> grant, bool flag) override;
     int importAuth(const QString& filePath, const QString& password) override;
     bool getAuthDetail(QString accountKey, boost::shared_ptr<GW::CAuthDetail>& out) override;
-    bool getAuthorizedFromMeInfo(
-        QString user, QMap<QString, boost::shared_ptr<GW::CAuthDetail>>& out) override;
+    bool getAuthorizedFromMeInfo(QString user,
+                                 QMap<QString, boost::shared_ptr<GW::CAuthDetail>>& out) override;
     bool getSubUserList(QVector<QString>& out) override;
     bool isSubUserActive(QString user) override;
     void setSubUser(QString user, bool enable) override;

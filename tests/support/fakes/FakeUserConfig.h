@@ -13,8 +13,7 @@ public:
     bool isSubAccount(QString key) const override;
     bool hasSubAccount(QString key) const override;
     mbservice::CBrokerInfo getBrokerSetting(int platformId, std::string brokerId) const override;
-    mbservice::CBrokerInfo getStkBrokerSetting(int platformId,
-                                               std::string brokerId) const override;
+    mbservice::CBrokerInfo getStkBrokerSetting(int platformId, std::string brokerId) const override;
 
     /// Appends an account and returns it for further changes.
     boost::shared_ptr<GW::CAccount> addAccount(int accountType, int platformId,
