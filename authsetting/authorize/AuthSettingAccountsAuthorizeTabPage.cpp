@@ -168,7 +168,9 @@ void CAuthSettingAccountsAuthorizeTabPage::grantSelected(const QString& password
         grants.append(boost::make_shared<CAuthDetail>(pattern));
         grants.last()->account = *m_accounts.at(index);
     }
+    m_requested = m_pendingKeys.size();
     beginRequest();
+    showProgress(0, m_requested);
     for (const auto& grant : std::as_const(grants)) {
         client->addAuth(grant->grantee, grant->account, grant->limit, requestTag(this), toServer);
         announceGrant(grant->account);
@@ -210,6 +212,7 @@ void CAuthSettingAccountsAuthorizeTabPage::slotAddAuthResult(QString grantee,
         return;
     const QString key = genAccountKeyQs(account);
     m_pendingKeys.remove(key);
+    showProgress(m_requested - m_pendingKeys.size(), m_requested);
     if (ok) {
         const CUserConfig* user = getUserConfig();
         auto grant = boost::make_shared<CAuthDetail>();

@@ -81,6 +81,8 @@ private:
     QHash<QString, qsizetype> m_accountIndex;
     /// Keys of the accounts whose grant is still to be answered.
     QSet<QString> m_pendingKeys;
+    /// How many of them there were.
+    qsizetype m_requested = 0;
     /// Password of the current file grant, empty for a server grant.
     QString m_exportPassword;
     /// File of the current file grant.

@@ -14,11 +14,13 @@
 #include "utils/LogCenter.h"
 
 #include <QCloseEvent>
+#include <QLocale>
 #include <QProgressBar>
 #include <QScrollBar>
 #include <QShortcut>
 #include <QSignalBlocker>
 
+#include <algorithm>
 #include <climits>
 
 namespace GW {
@@ -85,6 +87,10 @@ void CAuthSettingDialog::createBusyDisplay()
     m_progressText = new KZ::CSimpleTextWidget(QStringLiteral("向服务器确认中……"), this);
     m_progressText->setObjectName(QStringLiteral("halden_progress_text"));
     m_progressText->hide();
+
+    m_progressCount = new KZ::CSimpleTextWidget(QString(), this);
+    m_progressCount->setObjectName(QStringLiteral("halden_progress_count"));
+    m_progressCount->hide();
 
     m_progressBar = new QProgressBar(this);
     m_progressBar->setObjectName(QStringLiteral("halden_progress_bar"));
@@ -257,7 +263,30 @@ void CAuthSettingDialog::resetLayout(QSize size)
         m_progressText->move(margin, barTop + free / 2);
         m_progressBar->setGeometry(margin, barTop + free / 2 + m_progressText->height() + gap,
                                    m_progressBar->width(), m_progressBar->height());
+        placeProgressCount();
     }
+}
+
+void CAuthSettingDialog::placeProgressCount()
+{
+    // At the bar's right end, or behind a text that reaches so far.
+    const int gap = uiSize("gw_siz_kit_list_space");
+    const int right = m_progressBar->geometry().right() + 1 - m_progressCount->width();
+    m_progressCount->move(std::max(right, m_progressText->geometry().right() + 1 + gap),
+                          m_progressText->y());
+}
+
+void CAuthSettingDialog::showProgress(int answered, int total)
+{
+    // The dialog may have been closed and opened again meanwhile.
+    if (!m_busy)
+        return;
+    const QLocale locale(QLocale::Chinese, QLocale::China);
+    m_progressCount->setText(locale.toString(answered) + QStringLiteral(" / ") +
+                             locale.toString(total));
+    m_progressBar->setAccessibleDescription(m_progressCount->text());
+    placeProgressCount();
+    m_progressCount->show();
 }
 
 void CAuthSettingDialog::setDialogEnabled(bool enabled)
@@ -265,6 +294,8 @@ void CAuthSettingDialog::setDialogEnabled(bool enabled)
     if (!enabled && !m_busy)
         m_focusBeforeBusy = focusWidget();
     m_busy = !enabled;
+    m_progressCount->hide();
+    m_progressBar->setAccessibleDescription(QString());
     if (m_progressText)
         m_progressText->setVisible(!enabled);
     if (m_progressBar)
@@ -332,6 +363,9 @@ bool CAuthSettingDialog::handleEvent(int eventId, int param1, int param2, QStrin
     switch (eventId) {
     case EVENT_SET_WAITING:
         setDialogEnabled(param2 == 0);
+        return true;
+    case EVENT_SHOW_PROGRESS:
+        showProgress(param1, param2);
         return true;
     case EVENT_SHOW_PAGE:
         showPage(param1, param2, text, 0);

@@ -87,6 +87,8 @@ private:
     void createBusyDisplay();
     void activateCurrentNode();
     void restoreFocus();
+    void showProgress(int answered, int total);
+    void placeProgressCount();
 
     std::map<std::pair<int, int>, CAuthSettingPage*> m_pages;
     CAuthSettingNavigator* m_navigator = nullptr;
@@ -96,6 +98,8 @@ private:
     int m_currentSubPageId = -1;
     QString m_currentKey;
     KZ::CSimpleTextWidget* m_progressText = nullptr;
+    /// How much of a large batch is answered, beside the text.
+    KZ::CSimpleTextWidget* m_progressCount = nullptr;
     QProgressBar* m_progressBar = nullptr;
     bool m_busy = false;
     QPointer<QWidget> m_focusBeforeBusy;

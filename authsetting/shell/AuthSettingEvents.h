@@ -17,6 +17,8 @@ enum AuthSettingEvent : int {
     EVENT_RELOAD_NAVIGATOR = 1102,
     /// Cancel the grant in the table row with the identifier param1; data = the row's widget.
     EVENT_CANCEL_AUTH = 1103,
+    /// Of the requests that a tab page waits for, param1 of param2 are answered.
+    EVENT_SHOW_PROGRESS = 1104,
 };
 
 } // namespace GW

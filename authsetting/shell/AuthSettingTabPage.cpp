@@ -41,6 +41,16 @@ void IAuthSettingTabPage::beginRequest()
     m_requestStart = utils::clock();
 }
 
+void IAuthSettingTabPage::showProgress(qsizetype answered, qsizetype total)
+{
+    constexpr qsizetype largeBatch = 100;
+    constexpr qsizetype mostSteps = 200;
+    // Nobody reads more steps, and each is painted.
+    if (total > largeBatch && answered <= total && answered % (1 + total / mostSteps) == 0)
+        deliverEvent(EVENT_SHOW_PROGRESS, static_cast<int>(answered), static_cast<int>(total),
+                     QString(), nullptr);
+}
+
 void IAuthSettingTabPage::finishRequest(boost::function<void()> completion)
 {
     const double now = utils::clock();

@@ -102,6 +102,7 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::grantPending(const QString&
     CMsgService* messages = getMsgService();
     // A copy, because a client may answer before it returns.
     const QMap<QString, CPendingGrant> grants = m_pending.grants();
+    showProgress(0, grants.size());
     for (auto grant = grants.constBegin(); grant != grants.constEnd(); ++grant) {
         CAuthLimit limit = grant->limit;
         client->addAuth(m_grantee, grant->account, limit, requestTag(this), toServer);
@@ -121,6 +122,8 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::slotAddAuthResult(
         return;
     const QString accountKey = genAccountKeyQs(account);
     m_pending.answer(accountKey, text);
+    const qsizetype total = m_pending.grants().size();
+    showProgress(total - m_pending.count(), total);
     refillRow(m_table->rowOf(accountKey));
     if (toServer && m_grantButton) {
         showResultTip(m_grantButton,
