@@ -299,6 +299,18 @@ void PostgresStore::look()
     m_model.today = today;
 }
 
+void PostgresStore::takeHint()
+{
+    m_hint = false;
+    const QDate day = m_model.today;
+    readModel(m_model.version);
+    if (m_model.today == day)
+        return;
+    // What a new day begins and ends is no change of rows; the whole look tells it.
+    m_model.today = day;
+    look();
+}
+
 void PostgresStore::poll()
 {
     const bool isBack = !m_link->isOnline() && m_link->tryReturn();
@@ -309,9 +321,13 @@ void PostgresStore::poll()
     const bool due = !m_sinceLook.isValid() || m_sinceLook.hasExpired(interval.count());
     if (!isBack && !m_hint && !due && m_link->connection().isOpen())
         return;
+    const bool onlyHint = m_hint && !isBack && !due && m_link->connection().isOpen();
     attempt([&] {
         closeOpenEnds();
-        look();
+        if (onlyHint)
+            takeHint();
+        else
+            look();
     });
 }
 

@@ -56,6 +56,8 @@ private:
     void follow(const QVector<StoreRequest>& requests, const QVector<StoreReply>& replies,
                 const QJsonObject& answered);
     void look();
+    /// Asks for the rows at once, because somebody has said that some changed.
+    void takeHint();
     void readModel(qint64 since);
     void settleIfDue(const QDate& today);
     void closeOpenEnds();
