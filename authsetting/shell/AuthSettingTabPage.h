@@ -38,8 +38,8 @@ public:
     /// Makes the dialog busy and notes the time; call it right before a request to the client.
     void beginRequest();
 
-    /// Tells the user how many requests of a large batch are answered, after beginRequest() and then
-    /// after each answer. Batches that are over in a moment show nothing.
+    /// Tells the user how many requests of a large batch are answered, after beginRequest() and
+    /// then after each answer. Batches that are over in a moment show nothing.
     void showProgress(qsizetype answered, qsizetype total);
 
     /// Makes the dialog idle and then runs `completion`: at once, or when 0.7 s have passed since
