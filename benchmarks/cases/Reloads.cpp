@@ -94,11 +94,12 @@ Comparison reloadAgainstPlain(const Scale& scale)
         });
 }
 
-/// One page-down with its repaint, the mean of a walk through twenty pages.
+/// One page-down with its repaint, the mean of a walk through twenty pages, or as many as there
+/// are.
 double pageDownMilliseconds(QTableView* view)
 {
-    constexpr int pages = 20;
     QScrollBar* bar = view->verticalScrollBar();
+    const int pages = std::clamp(bar->maximum() / bar->pageStep(), 1, 20);
     bar->setValue(bar->minimum());
     settle();
     double total = 0;

@@ -32,7 +32,7 @@ double milliseconds(const QElapsedTimer& timer)
 
 double millisecondsUntilPainted(QWidget* painted, const std::function<void()>& action)
 {
-    constexpr double patience = 600000;
+    constexpr double patience = 120000;
     PaintWatcher watcher;
     painted->installEventFilter(&watcher);
     QElapsedTimer timer;
