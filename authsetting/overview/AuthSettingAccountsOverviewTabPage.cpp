@@ -109,6 +109,7 @@ void CAuthSettingAccountsOverviewTabPage::reloadData()
     m_rows.clear();
     CAccountTextCache texts(StockRule::OnlyStockType);
     const CUserConfig* user = getUserConfig();
+    m_rows.reserve(user ? user->accounts.size() : 0);
     // The client may change the list while its reads are under way, so it is asked at every step.
     for (qsizetype index = 0; user && index < user->accounts.size(); ++index) {
         const boost::shared_ptr<CAccount> account = user->accounts.at(index);

@@ -40,7 +40,8 @@ public:
     int columnCount() const { return m_columnCount; }
     bool contains(int row, int column) const
     {
-        return row >= 0 && row < m_rowCount && column >= 0 && column < columnCount();
+        // A negative number becomes a large one, which spares half of the comparisons.
+        return unsigned(row) < unsigned(m_rowCount) && unsigned(column) < unsigned(m_columnCount);
     }
     void setColumnCount(int count);
     void clear();

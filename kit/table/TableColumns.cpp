@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <utility>
 
 namespace KZ {
 
@@ -107,7 +108,7 @@ int CTableColumns::naturalWidth(int column) const
 
 void CTableColumns::measureTexts()
 {
-    m_isEarlyInForce = false;
+    bool isChanged = std::exchange(m_isEarlyInForce, false);
     const QFontMetrics metrics(m_view->font());
     const int rows = std::min(m_model.rowCount(), MEASURED_ROWS);
     for (int column = 0; column < int(m_columns.size()); ++column) {
@@ -128,10 +129,14 @@ void CTableColumns::measureTexts()
             settings.measured.insert(text);
             const int needed =
                 metrics.horizontalAdvance(text) + 1 + m_delegate.chromeWidth(row, column);
-            settings.textWidth = std::max(settings.textWidth, std::min(needed, WIDEST_TEXT));
+            if (const int width = std::min(needed, WIDEST_TEXT); width > settings.textWidth) {
+                settings.textWidth = width;
+                isChanged = true;
+            }
         }
     }
-    fit();
+    if (isChanged)
+        fit();
 }
 
 void CTableColumns::setWidgetWidth(int column, int px)
@@ -187,6 +192,7 @@ void CTableColumns::remeasure()
         column.widgetWidth = 0;
     }
     measureTexts();
+    fit();
 }
 
 void CTableColumns::reset()
@@ -200,6 +206,7 @@ void CTableColumns::reset()
     }
     header()->setSortIndicator(-1, Qt::AscendingOrder);
     measureTexts();
+    fit();
 }
 
 QString CTableColumns::save() const

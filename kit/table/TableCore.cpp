@@ -221,26 +221,12 @@ QWidget* CTableCore::widget(int row, int column)
     return widget;
 }
 
-void CTableCore::setChecked(int row, int column, bool checked)
+void CTableCore::changeTick(int row, int column, bool CRowStore::STick::*state, bool value)
 {
     CRowStore::STick* const tick = m_store.tick(row, column);
-    if (!tick || tick->checked == checked)
+    if (!tick || tick->*state == value)
         return;
-    tick->checked = checked;
-    tickChanged(row, column);
-}
-
-void CTableCore::setCheckEnabled(int row, int column, bool enabled)
-{
-    CRowStore::STick* const tick = m_store.tick(row, column);
-    if (!tick || tick->enabled == enabled)
-        return;
-    tick->enabled = enabled;
-    tickChanged(row, column);
-}
-
-void CTableCore::tickChanged(int row, int column)
-{
+    tick->*state = value;
     m_layer->showTick(row, column);
     revealIfTicked(row);
     cellChanged(row, column);

@@ -57,8 +57,14 @@ public:
     void setColumnWidget(int row, int column);
     QWidget* widget(int row, int column);
     /// A tick set by the program.
-    void setChecked(int row, int column, bool checked);
-    void setCheckEnabled(int row, int column, bool enabled);
+    void setChecked(int row, int column, bool checked)
+    {
+        changeTick(row, column, &CRowStore::STick::checked, checked);
+    }
+    void setCheckEnabled(int row, int column, bool enabled)
+    {
+        changeTick(row, column, &CRowStore::STick::enabled, enabled);
+    }
     /// A tick set by the user otherwise than by a click on its check box; delivers the event.
     void toggleByUser(int row, int column, bool checked);
     /// Counts how often the rows were cleared; tells a loop that its rows are gone.
@@ -91,7 +97,7 @@ private:
     void scheduleFlush();
     void refilter();
     void revealIfTicked(int row);
-    void tickChanged(int row, int column);
+    void changeTick(int row, int column, bool CRowStore::STick::*state, bool value);
     bool textEdited(int row, int column, const QString& text);
     void updateWidgetWidths();
 

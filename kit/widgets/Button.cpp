@@ -133,8 +133,12 @@ void CButton::paintEvent(QPaintEvent*)
         icon.isEmpty() ? 0 : CUiResource::getSize(QStringLiteral("gw_siz_kit_icon"));
     const int gap = iconSide > 0 && !text().isEmpty() ? m_iconGap : 0;
     const int room = std::max(0, width() - 4 - iconSide - gap);
-    const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, room);
-    const int textWidth = fontMetrics().horizontalAdvance(shown);
+    QString shown = text();
+    int textWidth = fontMetrics().horizontalAdvance(shown);
+    if (textWidth > room) {
+        shown = fontMetrics().elidedText(shown, Qt::ElideRight, room);
+        textWidth = fontMetrics().horizontalAdvance(shown);
+    }
     const QRect content = QStyle::alignedRect(layoutDirection(), Qt::AlignCenter,
                                               QSize(iconSide + gap + textWidth, height()), rect());
     if (iconSide > 0) {
