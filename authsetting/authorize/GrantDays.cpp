@@ -9,6 +9,8 @@ namespace GW {
 CGrantDays::CGrantDays(KZ::CSoftCalendarLineEdit* first, KZ::CSoftCalendarLineEdit* last)
     : m_first(first), m_last(last)
 {
+    m_first->setTodaySource(&clientToday);
+    m_last->setTodaySource(&clientToday);
 }
 
 void CGrantDays::startToday()

@@ -1,6 +1,5 @@
 #include "kit/dates/CalendarPopup.h"
 
-#include "kit/dates/DateConversions.h"
 #include "kit/dates/MonthView.h"
 #include "kit/resources/KitStyle.h"
 #include "kit/resources/UiResource.h"
@@ -35,7 +34,7 @@ QRect placeBeside(const QWidget* editor, const QSize& size)
 } // namespace
 
 CCalendarPopup::CCalendarPopup(const QDate& shown, const QDate& first, const QDate& last,
-                               QWidget* parent)
+                               const QDate& today, QWidget* parent)
     : QFrame(parent, Qt::Popup), m_calendar(new CMonthView(this)), m_today(new QPushButton(this))
 {
     setAttribute(Qt::WA_DeleteOnClose);
@@ -45,7 +44,7 @@ CCalendarPopup::CCalendarPopup(const QDate& shown, const QDate& first, const QDa
     m_calendar->setDateRange(first, last);
     m_calendar->setSelectedDate(std::clamp(shown, first, last));
 
-    const QDate today = exchangeToday();
+    m_calendar->setToday(today);
     m_today->setText(QStringLiteral("今天 %1").arg(today.toString(Qt::ISODate)));
     m_today->setAutoDefault(false);
     m_today->setEnabled(first <= today && today <= last);
@@ -66,6 +65,11 @@ CCalendarPopup::CCalendarPopup(const QDate& shown, const QDate& first, const QDa
 }
 
 CCalendarPopup::~CCalendarPopup() = default;
+
+QCalendarWidget* CCalendarPopup::calendarWidget() const
+{
+    return m_calendar;
+}
 
 void CCalendarPopup::popUp(const QWidget* editor)
 {
@@ -109,7 +113,7 @@ void CCalendarPopup::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     painter.fillRect(rect(), CUiResource::getColor(QStringLiteral("clr_menu")));
-    painter.setPen(CUiResource::getColor(QStringLiteral("clr_frame")));
+    painter.setPen(CUiResource::getColor(QStringLiteral("clr_border_control")));
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 

@@ -11,6 +11,8 @@ class QPushButton;
 
 namespace KZ {
 
+class CMonthView;
+
 /// A calendar month on a pop-up window, from which one day of a range can be chosen by a click or
 /// with the arrow keys, PageUp/PageDown and Enter; Esc or a click elsewhere closes it without a
 /// choice; a button chooses today. The window destroys itself when it closes. GUI thread only.
@@ -20,10 +22,11 @@ class KZKIT_EXPORT CCalendarPopup : public QFrame, public CUiResourceChangeHandl
 
 public:
     /// Opens on `shown`, or on the nearest day of the range `first` to `last`.
-    CCalendarPopup(const QDate& shown, const QDate& first, const QDate& last, QWidget* parent);
+    CCalendarPopup(const QDate& shown, const QDate& first, const QDate& last, const QDate& today,
+                   QWidget* parent);
     ~CCalendarPopup() override;
 
-    QCalendarWidget* calendarWidget() const { return m_calendar; }
+    QCalendarWidget* calendarWidget() const;
 
     /// Shows the window beside `editor`, on its screen.
     void popUp(const QWidget* editor);
@@ -42,7 +45,7 @@ private:
     void choose(const QDate& date);
     void takeTheme();
 
-    QCalendarWidget* m_calendar;
+    CMonthView* m_calendar;
     QPushButton* m_today;
     bool m_chosen = false;
 };

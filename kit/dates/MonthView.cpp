@@ -1,6 +1,5 @@
 #include "kit/dates/MonthView.h"
 
-#include "kit/dates/DateConversions.h"
 #include "kit/resources/UiResource.h"
 
 #include <QBoxLayout>
@@ -16,6 +15,7 @@ constexpr QLatin1String previousMonthName("qt_calendar_prevmonth");
 constexpr QLatin1String nextMonthName("qt_calendar_nextmonth");
 constexpr QLatin1String monthName("qt_calendar_monthbutton");
 constexpr QLatin1String yearName("qt_calendar_yearbutton");
+constexpr QLatin1String headerName("qt_calendar_navigationbar");
 
 bool isWeekend(const QDate& date)
 {
@@ -43,6 +43,12 @@ CMonthView::CMonthView(QWidget* parent) : QCalendarWidget(parent)
 }
 
 CMonthView::~CMonthView() = default;
+
+void CMonthView::setToday(const QDate& today)
+{
+    m_today = today;
+    updateCells();
+}
 
 /// Names the buttons of the header and puts the year before the month, as Chinese dates have it.
 void CMonthView::arrangeHeader()
@@ -82,6 +88,14 @@ void CMonthView::takeTheme()
     for (int day = Qt::Monday; day <= Qt::Sunday; ++day)
         setWeekdayTextFormat(static_cast<Qt::DayOfWeek>(day),
                              day >= Qt::Saturday ? weekend : weekDay);
+    // The base draws the header as if it were selected.
+    if (auto* const header = findChild<QWidget*>(headerName)) {
+        QPalette palette = header->palette();
+        palette.setColor(QPalette::Highlight, color("clr_menu"));
+        for (const QPalette::ColorRole role : {QPalette::HighlightedText, QPalette::ButtonText})
+            palette.setColor(role, color("clr_text"));
+        header->setPalette(palette);
+    }
     if (auto* const button = findChild<QToolButton*>(previousMonthName))
         button->setIcon(CUiResource::getIcon(QStringLiteral("gw_img_kit_chevron_left")));
     if (auto* const button = findChild<QToolButton*>(nextMonthName))
@@ -109,7 +123,7 @@ void CMonthView::paintCell(QPainter* painter, const QRect& rect, QDate date) con
         painter->setBrush(color("clr_accent"));
         painter->drawRoundedRect(day, radius, radius);
     }
-    if (date == exchangeToday()) {
+    if (date == m_today) {
         painter->setPen(color(isSelected ? "clr_text_on_accent" : "clr_accent_text"));
         painter->setBrush(Qt::NoBrush);
         painter->drawRoundedRect(isSelected ? day.adjusted(2, 2, -2, -2) : day, radius, radius);
@@ -124,7 +138,7 @@ void CMonthView::paintCell(QPainter* painter, const QRect& rect, QDate date) con
     else if (isWeekend(date))
         text = "clr_calendar_weekend";
     QFont font = painter->font();
-    font.setBold(date == exchangeToday());
+    font.setBold(date == m_today);
     font.setStrikeOut(!isInRange);
     painter->setFont(font);
     painter->setPen(color(text));

@@ -6,8 +6,8 @@
 
 namespace KZ {
 
-/// A calendar of one month in Chinese whose weeks begin on Monday, with today (in the exchange time
-/// zone) ringed and the days outside the range struck out. GUI thread only.
+/// A calendar of one month in Chinese whose weeks begin on Monday, with today ringed and the days
+/// outside the range struck out. GUI thread only.
 class CMonthView : public QCalendarWidget, public CUiResourceChangeHandler
 {
     Q_OBJECT
@@ -15,6 +15,9 @@ class CMonthView : public QCalendarWidget, public CUiResourceChangeHandler
 public:
     explicit CMonthView(QWidget* parent);
     ~CMonthView() override;
+
+    /// The day to ring; none before the first call.
+    void setToday(const QDate& today);
 
     void onUiResourceChanged() override;
 
@@ -24,6 +27,8 @@ protected:
 private:
     void takeTheme();
     void arrangeHeader();
+
+    QDate m_today;
 };
 
 } // namespace KZ

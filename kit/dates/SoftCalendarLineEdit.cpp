@@ -12,6 +12,7 @@
 #include <QStyleOptionComboBox>
 
 #include <algorithm>
+#include <utility>
 
 namespace KZ {
 
@@ -111,11 +112,22 @@ void CSoftCalendarLineEdit::describeRange()
     setAccessibleDescription(toolTip());
 }
 
+void CSoftCalendarLineEdit::setTodaySource(std::function<QDate()> source)
+{
+    m_todaySource = std::move(source);
+}
+
+QDate CSoftCalendarLineEdit::today() const
+{
+    const QDate told = m_todaySource ? m_todaySource() : QDate();
+    return told.isValid() ? told : exchangeToday();
+}
+
 void CSoftCalendarLineEdit::showCalendar()
 {
     if (m_calendar || !isEnabled() || isReadOnly() || !isVisible())
         return;
-    m_calendar = new CCalendarPopup(date(), m_minimum, LAST_GRANTABLE_DATE, this);
+    m_calendar = new CCalendarPopup(date(), m_minimum, LAST_GRANTABLE_DATE, today(), this);
     connect(m_calendar, &CCalendarPopup::dateChosen, this, &CSoftCalendarLineEdit::chooseDate);
     m_calendar->popUp(this);
 }

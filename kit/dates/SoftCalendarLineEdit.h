@@ -7,6 +7,8 @@
 #include <QDateEdit>
 #include <QPointer>
 
+#include <functional>
+
 namespace KZ {
 
 class CCalendarPopup;
@@ -44,6 +46,10 @@ public:
     void setMinimumDate(const QDate& date);
     QDate minimumDate() const;
 
+    /// Who is asked for today's date each time the calendar opens; unless set, or when it gives no
+    /// valid date, the machine's clock read in the exchange time zone.
+    void setTodaySource(std::function<QDate()> source);
+
     /// Opens the calendar below the editor, for as long as the user does not choose or leave.
     void showCalendar();
     /// The open calendar, null while there is none.
@@ -66,10 +72,12 @@ private:
     void onDateChanged();
     void chooseDate(const QDate& date);
     void describeRange();
+    QDate today() const;
 
     const int m_id;
     QDate m_minimum;
     QDate m_reported;
+    std::function<QDate()> m_todaySource;
     bool m_quiet = false;
     QPointer<CCalendarPopup> m_calendar;
 };

@@ -6,6 +6,7 @@
 #include <QAbstractItemView>
 #include <QPainter>
 #include <QStyleOption>
+#include <QToolButton>
 
 namespace KZ {
 
@@ -41,6 +42,19 @@ void drawArrow(const QStyleOption& option, QPainter* painter, const QString& ico
                         option.state & QStyle::State_Enabled);
 }
 
+/// The base puts the arrow of a menu button into its lower corner; here it is level with the text.
+void drawDownArrow(const QStyleOption& option, QPainter* painter, const QWidget* widget)
+{
+    QStyleOption arrow = option;
+    const auto* const button = qobject_cast<const QToolButton*>(widget);
+    if (button && button->menu()) {
+        const int width = 2 * CUiResource::getSize(QStringLiteral("gw_siz_kit_icon"));
+        const QRect end(button->width() - width, 0, width, button->height());
+        arrow.rect = QStyle::visualRect(option.direction, button->rect(), end);
+    }
+    drawArrow(arrow, painter, QStringLiteral("gw_img_kit_chevron_down"));
+}
+
 } // namespace
 
 bool CControlPainter::drawPrimitive(QStyle::PrimitiveElement element, const QStyleOption& option,
@@ -71,7 +85,7 @@ bool CControlPainter::drawPrimitive(QStyle::PrimitiveElement element, const QSty
     case QStyle::PE_FrameDefaultButton:
         return true;
     case QStyle::PE_IndicatorArrowDown:
-        drawArrow(option, painter, QStringLiteral("gw_img_kit_chevron_down"));
+        drawDownArrow(option, painter, widget);
         return true;
     case QStyle::PE_IndicatorArrowUp:
         drawArrow(option, painter, QStringLiteral("gw_img_kit_chevron_up"));

@@ -1,4 +1,5 @@
 #include "authsetting/authorize/AuthSettingAccountOpWidget.h"
+#include "kit/dates/CalendarPopup.h"
 #include "kit/resources/UiResource.h"
 #include "tests/authsetting/BatchPageTools.h"
 #include "tests/authsetting/TabPageTools.h"
@@ -14,6 +15,20 @@ private Q_SLOTS:
     {
         KZ::CMessageTip::closeAll();
         TestCase::cleanup();
+    }
+
+    void theCalendarKnowsTheClientsToday()
+    {
+        BatchUnderTest test;
+        test.open({});
+        test.services.time.now = test.services.time.now.addDays(3);
+        for (KZ::CSoftCalendarLineEdit* editor : {test.start, test.end}) {
+            editor->showCalendar();
+            auto* today = editor->calendar()->findChild<QPushButton*>();
+            QCOMPARE(today->text(), QStringLiteral("今天 2026-03-05"));
+            QTest::mouseClick(today, Qt::LeftButton);
+            QCOMPARE(editor->date(), QDate(2026, 3, 5));
+        }
     }
 
     void isBornDisabledWithEditorsFromTodayForAWeek()
@@ -231,10 +246,10 @@ private Q_SLOTS:
         test.page->reloadData();
         test.show();
         test.tick(0, true);
-        test.grantee->setEditText(QStringLiteral("bob"));
+        test.grantee->setEditText(QStringLiteral(" bob"));
         QVERIFY(test.page->handleEvent(68, 0, 0, QStringLiteral("bob"), test.grantee));
-        QCOMPARE(test.services.client.checkedUsers, QStringList(QStringLiteral("bob")));
-        QCOMPARE(test.table->itemText(0, 5), QStringLiteral("bob"));
+        QCOMPARE(test.services.client.checkedUsers, QStringList(QStringLiteral(" bob")));
+        QCOMPARE(test.table->itemText(0, 5), QStringLiteral(" bob"));
         QCOMPARE(test.table->itemText(1, 5), QString());
         QCOMPARE(test.table->itemText(2, 5), QStringLiteral("amy"));
         test.grantee->setEditText(QString());
@@ -351,6 +366,58 @@ private Q_SLOTS:
         QCOMPARE(test.services.user.tableLayouts.value(4194320), layout);
         test.create();
         QCOMPARE(test.table->columnWidth(3), 151);
+    }
+
+    void everyGrantTheServiceKnowsIsShownWhateverTheState()
+    {
+        BatchUnderTest test;
+        for (const mbservice::EAuthType state :
+             {mbservice::AUTH_TYPE_NOT_GRANTED, mbservice::AUTH_TYPE_GRANTED_TO_ME}) {
+            const auto account = test.addGranted(state == 1 ? "10" : "11", QStringLiteral("bob"));
+            account->authType = state;
+        }
+        test.page->reloadData();
+        for (const int row : {0, 1}) {
+            QCOMPARE(test.row(row).mid(4).join(u'|'), QStringLiteral("bob|2026-03-04|2026-03-09"));
+            QCOMPARE(test.table->itemWidget(row, 8), nullptr);
+        }
+    }
+
+    void ticksStandInTheMiddleAndOperationsFillTheirCells()
+    {
+        BatchUnderTest test;
+        test.addGranted("10", QStringLiteral("bob"));
+        test.page->reloadData();
+        test.show();
+        // Far wider than what stands in them; the other columns give way.
+        for (int column = 0; column < 9; ++column)
+            test.table->setColumnWidth(column, column == 0 || column == 8 ? 260 : 40);
+        QVERIFY(QTest::qWaitForWindowExposed(&test.dialog));
+        QWidget* box = test.table->itemWidget(0, 0);
+        QTRY_VERIFY(qAbs(middleInCell(test.table, 0, 0, box)) <= 1);
+        QVERIFY(box->width() < 130);
+        QTRY_VERIFY(test.table->itemWidget(0, 8)->width() > 240);
+    }
+
+    void aSortedRowIsStillItsAccount()
+    {
+        BatchUnderTest test;
+        for (const char* id : {"10", "11", "12"})
+            test.add(id);
+        test.addGranted("13", QStringLiteral("amy"));
+        test.page->reloadData();
+        test.show();
+        test.table->view()->sortByColumn(3, Qt::DescendingOrder);
+        test.tick(0, true);
+        test.tick(2, true);
+        test.grantee->setEditText(QStringLiteral("bob"));
+        test.page->onServerAuthTriggered(false);
+        const auto& requests = test.services.client.addAuths;
+        QCOMPARE(requests.size(), 2);
+        QCOMPARE(requests[0].account.accountId, std::string("10"));
+        QCOMPARE(requests[1].account.accountId, std::string("12"));
+        test.table->itemWidget(3, 8)->findChild<QPushButton*>()->click();
+        QCOMPARE(test.services.client.delAuths[0].account.accountId, std::string("13"));
     }
 };
 

@@ -49,6 +49,7 @@ private Q_SLOTS:
     void theArrowButtonOpensTheCalendar();
     void aDisabledEditorOpensNoCalendar();
     void todayHasItsButton();
+    void itsOwnerMaySayWhichDayIsToday();
     void theThemeChangesWhileTheCalendarIsOpen();
 
 private:
@@ -411,6 +412,25 @@ void CalendarLineEditTest::todayHasItsButton()
     m_editor->showCalendar();
     QVERIFY(!m_editor->calendar()->findChild<QPushButton*>()->isEnabled());
     m_editor->calendar()->close();
+}
+
+void CalendarLineEditTest::itsOwnerMaySayWhichDayIsToday()
+{
+    QDate today(2026, 12, 3);
+    m_editor->setTodaySource([&today] { return today; });
+    const auto shownToday = [this] {
+        m_editor->showCalendar();
+        const QString text = m_editor->calendar()->findChild<QPushButton*>()->text();
+        m_editor->calendar()->close();
+        [this] { QTRY_VERIFY(!m_editor->calendar()); }();
+        return text;
+    };
+    QCOMPARE(shownToday(), QStringLiteral("今天 2026-12-03"));
+    // A day later, and a clock that has failed.
+    today = today.addDays(1);
+    QCOMPARE(shownToday(), QStringLiteral("今天 2026-12-04"));
+    today = QDate();
+    QCOMPARE(shownToday(), QStringLiteral("今天 ") + exchangeToday().toString(Qt::ISODate));
 }
 
 void CalendarLineEditTest::theThemeChangesWhileTheCalendarIsOpen()
