@@ -9,6 +9,7 @@
 #include <QClipboard>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLocale>
 #include <QPainter>
 #include <QToolButton>
 
@@ -214,7 +215,9 @@ void CMessageTip::refresh()
 {
     m_body->showTexts(m_texts);
     const bool isList = m_texts.entryCount() > 1;
-    m_count->setText(QStringLiteral("共 %1 条").arg(m_texts.all().size()));
+    m_count->setText(
+        QStringLiteral("共 %1 条")
+            .arg(QLocale(QLocale::Chinese, QLocale::China).toString(m_texts.all().size())));
     m_count->setVisible(isList);
     m_close->setVisible(isList || m_lasting);
     const QString name = m_texts.joined();
@@ -234,17 +237,22 @@ void CMessageTip::arrange()
     const int gap = registrySize("gw_siz_kit_tip_gap");
     const int icon = registrySize("gw_siz_kit_tip_icon");
     const int bodyLeft = padding + icon + gap;
-    m_body->resizeWithin(registrySize("gw_siz_kit_tip_width") - bodyLeft - padding,
+    // A list has a line of its own for its count and the close button; a single text shares the
+    // line with the button.
+    const bool isList = !m_count->isHidden();
+    const QSize close = m_close->isHidden() ? QSize(0, 0) : m_close->sizeHint();
+    const QSize count = isList ? m_count->sizeHint() : QSize(0, 0);
+    const int closeRoom = close.isEmpty() ? 0 : gap + close.width();
+    m_body->resizeWithin(registrySize("gw_siz_kit_tip_width") - bodyLeft - padding -
+                             (isList ? 0 : closeRoom),
                          registrySize("gw_siz_kit_tip_list_height"));
     const QSize body = m_body->size();
-    const bool hasHeader = !m_close->isHidden();
-    const QSize close = hasHeader ? m_close->sizeHint() : QSize();
-    const int header = hasHeader ? close.height() : 0;
-    const int headerWidth = hasHeader ? m_count->sizeHint().width() + gap + close.width() : 0;
-    const int width = std::max(body.width(), headerWidth);
-    const int bodyTop = std::max(0, icon - m_body->fontMetrics().height()) / 2;
+    const int width =
+        isList ? std::max(body.width(), count.width() + closeRoom) : body.width() + closeRoom;
+    const int line = std::max(icon, isList ? count.height() : m_body->fontMetrics().height());
+    const int bodyTop = isList ? line + gap / 2 : (line - m_body->fontMetrics().height()) / 2;
     const QSize content(bodyLeft + width + padding,
-                        2 * padding + std::max(icon, header + bodyTop + body.height()));
+                        2 * padding + std::max(line, bodyTop + body.height()));
 
     QList<QRect> taken;
     bool isLater = false;
@@ -264,11 +272,13 @@ void CMessageTip::arrange()
     setGeometry(isLost ? QRect(position, m_place.geometry().size()) : m_place.geometry());
 
     const QRect inner = m_place.box().adjusted(padding, padding, -padding, -padding);
-    m_body->move(inner.left() + icon + gap, inner.top() + header + bodyTop);
-    m_count->setGeometry(inner.left() + icon + gap, inner.top(), m_count->sizeHint().width(),
-                         header);
-    m_close->setGeometry(QRect(
-        QPoint(inner.right() + 1 - close.width() + padding / 2, inner.top() - padding / 2), close));
+    m_iconTop = inner.top() + (line - icon) / 2;
+    m_body->move(inner.left() + icon + gap, inner.top() + bodyTop);
+    m_count->setGeometry(
+        QRect(QPoint(inner.left() + icon + gap, inner.top()), QSize(count.width(), line)));
+    m_close->setGeometry(QRect(QPoint(inner.right() + 1 - close.width() + padding / 2,
+                                      inner.top() + (line - close.height()) / 2),
+                               close));
     setMask(m_place.shape());
     update();
 }
@@ -286,7 +296,7 @@ void CMessageTip::paintEvent(QPaintEvent*)
     painter.fillRect(frame.left(), frame.top(), registrySize("gw_siz_kit_tip_stripe"),
                      frame.height(), kindColor);
     CUiResource::getIcon(iconKey(m_kind), colorKey(m_kind))
-        .paint(&painter, frame.left() + padding, frame.top() + padding, icon, icon);
+        .paint(&painter, frame.left() + padding, m_iconTop, icon, icon);
 }
 
 void CMessageTip::runClock()

@@ -38,7 +38,8 @@ public:
     /// hundredths of a second; without a positive one the tip stays until it is dismissed.
     /// A hidden anchor is replaced by its nearest visible ancestor, a null one, or one whose
     /// window a modal dialog blocks, by the window that the user works in; without any window the
-    /// tip stands in the middle of the screen. The anchor may be destroyed while the tip is shown.
+    /// tip stands in the middle of the screen. An anchor that is hidden or destroyed while the tip
+    /// is shown leaves it where it is.
     static void showTip(QWidget* anchor, int alignment, const QString& text, int kind, int level,
                         int duration);
 
@@ -100,6 +101,7 @@ private:
     int m_total = 0;
     CTipTexts m_texts;
     CTipPlace m_place;
+    int m_iconTop = 0;
     CTipBody* m_body;
     QLabel* m_count;
     QToolButton* m_close;

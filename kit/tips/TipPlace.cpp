@@ -79,6 +79,16 @@ QRect screenAround(const QRect& target)
     return screen ? screen->availableGeometry() : target;
 }
 
+/// `rect` moved into `screen`; one that is too large begins where the screen does.
+QRect movedInto(const QRect& screen, QRect rect)
+{
+    rect.moveLeft(std::clamp(rect.left(), screen.left(),
+                             std::max(screen.left(), screen.right() + 1 - rect.width())));
+    rect.moveTop(std::clamp(rect.top(), screen.top(),
+                            std::max(screen.top(), screen.bottom() + 1 - rect.height())));
+    return rect;
+}
+
 int registrySize(const char* key)
 {
     return CUiResource::getSize(QLatin1String(key));
@@ -110,6 +120,14 @@ void CTipPlace::find(QWidget* anchor, QWidget* window, int alignment, const QSiz
         const QRect screen = screenAround(target);
         standBeside(target, screen, alignment, size);
         makeRoom(taken, screen);
+        m_besideAnchor = window->mapFromGlobal(m_geometry.topLeft() + box().topLeft());
+        return;
+    }
+    if (anchor && window && m_besideAnchor) {
+        m_geometry = QRect(window->mapToGlobal(*m_besideAnchor), size);
+        const QRect screen = screenAround(m_geometry);
+        m_geometry = movedInto(screen, m_geometry);
+        makeRoom(taken, screen);
         return;
     }
     QRect ground;
@@ -120,12 +138,7 @@ void CTipPlace::find(QWidget* anchor, QWidget* window, int alignment, const QSiz
     const QRect screen = screenAround(ground);
     m_geometry = QRect(QPoint(), size);
     m_geometry.moveCenter(ground.center());
-    m_geometry.moveLeft(
-        std::clamp(m_geometry.left(), screen.left(),
-                   std::max(screen.left(), screen.right() + 1 - m_geometry.width())));
-    m_geometry.moveTop(
-        std::clamp(m_geometry.top(), screen.top(),
-                   std::max(screen.top(), screen.bottom() + 1 - m_geometry.height())));
+    m_geometry = movedInto(screen, m_geometry);
     makeRoom(taken, screen);
 }
 

@@ -5,6 +5,8 @@
 #include <QRect>
 #include <QRegion>
 
+#include <optional>
+
 class QWidget;
 
 namespace KZ {
@@ -20,7 +22,8 @@ public:
     static QWidget* windowFor(QWidget* anchor);
 
     /// Finds the place of a tip with a content of `size` that belongs to `window` (may be null),
-    /// beside `anchor` as `alignment` says, on the screen and off the other tips at `taken`.
+    /// beside `anchor` as `alignment` says, on the screen and off the other tips at `taken`. When
+    /// the anchor has been hidden since the last time, the tip stays where it is on its window.
     void find(QWidget* anchor, QWidget* window, int alignment, const QSize& size,
               const QList<QRect>& taken);
 
@@ -43,6 +46,8 @@ private:
     Arrow m_arrow = Arrow::None;
     /// Distance of the arrow's point from the tip's left edge.
     int m_arrowX = 0;
+    /// Where the box stood beside the anchor, in coordinates of the window.
+    std::optional<QPoint> m_besideAnchor;
 };
 
 } // namespace KZ

@@ -29,6 +29,7 @@ private Q_SLOTS:
     void theWindowMayDie();
     void hidingTheWindowClosesIt();
     void itFollowsItsAnchor();
+    void itStaysWhereItIsReadWhenItsAnchorIsHidden();
     void tipsOfDifferentAnchorsDoNotCover();
     void itStaysOnTheScreen();
     void itShowsAfterADialogHasClosed();
@@ -235,6 +236,23 @@ void MessageTipPlaceTest::itFollowsItsAnchor()
     m_anchor->hide();
     QTRY_VERIFY(only()->pos() - m_anchor->mapToGlobal(QPoint()) != offset);
     QVERIFY(only()->isVisible());
+}
+
+void MessageTipPlaceTest::itStaysWhereItIsReadWhenItsAnchorIsHidden()
+{
+    show(QStringLiteral("留在原处"));
+    const auto* const text = body(only());
+    const QPoint shown = text->mapToGlobal(QPoint());
+    const int withArrow = only()->height();
+    m_anchor->hide();
+    // Without its arrow, which would point at something else now.
+    QTRY_VERIFY(only()->height() < withArrow);
+    QCOMPARE(text->mapToGlobal(QPoint()), shown);
+    m_window->move(150, 130);
+    QTRY_COMPARE(text->mapToGlobal(QPoint()), shown + QPoint(50, 30));
+    m_anchor->show();
+    QTRY_COMPARE(only()->height(), withArrow);
+    QCOMPARE(text->mapToGlobal(QPoint()), shown + QPoint(50, 30));
 }
 
 void MessageTipPlaceTest::tipsOfDifferentAnchorsDoNotCover()
