@@ -8,6 +8,7 @@
 #include <QAbstractButton>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QListView>
 #include <QPainter>
 #include <QProgressBar>
 #include <QScrollBar>
@@ -146,6 +147,11 @@ int CKitProxyStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
         return 2 * size("gw_siz_kit_tab_padding");
     case PM_HeaderMargin:
         return size("gw_siz_kit_table_cell_padding");
+    case PM_FocusFrameHMargin:
+        // The entries of a drop-down list begin where the text of its box does.
+        if (qobject_cast<const QListView*>(widget) && widget->window()->windowType() == Qt::Popup)
+            return size("gw_siz_kit_editor_padding") - 2;
+        return QProxyStyle::pixelMetric(metric, option, widget);
     case PM_TreeViewIndentation:
         return size("gw_siz_kit_tree_indentation");
     default:

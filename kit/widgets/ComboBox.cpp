@@ -3,6 +3,7 @@
 #include "kit/events/EventIds.h"
 #include "kit/resources/KitStyle.h"
 #include "kit/resources/UiResource.h"
+#include "kit/widgets/EditorDisplay.h"
 #include "kit/widgets/EditorMenu.h"
 #include "kit/widgets/LineEdit.h"
 #include "kit/widgets/PlainTextValidator.h"
@@ -10,6 +11,7 @@
 #include <QAbstractItemView>
 #include <QContextMenuEvent>
 #include <QFocusEvent>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPointer>
@@ -46,8 +48,10 @@ void CComboBox::takeEditor(QLineEdit* editor)
     // The base would pick a list entry that equals the typed text, as if the user had picked it.
     disconnect(editor, &QLineEdit::editingFinished, this, nullptr);
     connect(editor, &QLineEdit::returnPressed, this, &CComboBox::commit);
-    connect(editor, &QLineEdit::textChanged, this,
-            [this] { m_tracker.textChanged(currentText()); });
+    connect(editor, &QLineEdit::textChanged, this, [this, editor] {
+        m_tracker.textChanged(currentText());
+        showTextFromStart(editor);
+    });
     connect(editor, &QLineEdit::textEdited, this, [this](const QString& text) {
         m_tracker.textEdited(text);
         deliverEvent(EVENT_TEXT_EDITED, m_id, 0, text, static_cast<QWidget*>(this));
@@ -76,7 +80,9 @@ void CComboBox::showPopup()
 {
     QWidget* const frame = view()->parentWidget();
     applyKitStyle(frame);
-    frame->setPalette(CUiResource::palette());
+    QPalette palette = CUiResource::palette();
+    palette.setColor(QPalette::Base, CUiResource::getColor(QStringLiteral("clr_menu")));
+    frame->setPalette(palette);
     frame->setFont(font());
     QComboBox::showPopup();
 }
@@ -92,7 +98,18 @@ bool CComboBox::eventFilter(QObject* watched, QEvent* event)
         showEditorMenu(lineEdit(), static_cast<QContextMenuEvent*>(event)->globalPos());
         return true;
     }
+    if (watched == lineEdit() && event->type() == QEvent::ToolTip && toolTip().isEmpty() &&
+        lineEdit()->toolTip().isEmpty() &&
+        showCutText(lineEdit(), *static_cast<QHelpEvent*>(event)))
+        return true;
     return CEventWidgetT<QComboBox>::eventFilter(watched, event);
+}
+
+void CComboBox::changeEvent(QEvent* event)
+{
+    CEventWidgetT<QComboBox>::changeEvent(event);
+    if (event->type() == QEvent::EnabledChange && lineEdit())
+        showTextFromStart(lineEdit());
 }
 
 void CComboBox::focusOutEvent(QFocusEvent* event)

@@ -11,7 +11,8 @@ namespace KZ {
 /// A box with a list, optionally editable (setEditable()). What the user does delivers
 /// EVENT_TEXT_EDITED per keystroke, EVENT_TEXT_COMMITTED when he is done (Enter, leaving the box
 /// with a changed text, picking from the list) and EVENT_FOCUS_LEFT when the focus leaves; what the
-/// program sets delivers nothing. Typing neither completes nor adds entries.
+/// program sets delivers nothing. Typing neither completes nor adds entries. Without input an
+/// editable box shows the beginning of its text; a text that is cut off has a tool tip.
 class KZKIT_EXPORT CComboBox : public CEventWidgetT<QComboBox>, public CUiResourceChangeHandler
 {
     Q_OBJECT
@@ -32,6 +33,7 @@ public:
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void changeEvent(QEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;

@@ -3,11 +3,13 @@
 #include "kit/events/EventIds.h"
 #include "kit/resources/KitStyle.h"
 #include "kit/resources/UiResource.h"
+#include "kit/widgets/EditorDisplay.h"
 #include "kit/widgets/EditorMenu.h"
 #include "kit/widgets/PlainTextValidator.h"
 
 #include <QContextMenuEvent>
 #include <QFocusEvent>
+#include <QHelpEvent>
 #include <QPointer>
 
 namespace KZ {
@@ -20,7 +22,10 @@ CLineEdit::CLineEdit(int id, QWidget* parent) : CEventWidgetT<QLineEdit>(parent)
     resize(CLineEdit::sizeHint());
     setAttribute(Qt::WA_Resized, false);
     connect(this, &QLineEdit::returnPressed, this, &CLineEdit::commit);
-    connect(this, &QLineEdit::textChanged, this, [this] { m_tracker.textChanged(text()); });
+    connect(this, &QLineEdit::textChanged, this, [this] {
+        m_tracker.textChanged(text());
+        showTextFromStart(this);
+    });
     connect(this, &QLineEdit::textEdited, this, [this](const QString& text) {
         m_tracker.textEdited(text);
         deliverEvent(EVENT_TEXT_EDITED, m_id, 0, text, static_cast<QWidget*>(this));
@@ -50,6 +55,21 @@ QSize CLineEdit::minimumSizeHint() const
 void CLineEdit::onUiResourceChanged()
 {
     update();
+}
+
+bool CLineEdit::event(QEvent* event)
+{
+    if (event->type() == QEvent::ToolTip && toolTip().isEmpty() &&
+        showCutText(this, *static_cast<QHelpEvent*>(event)))
+        return true;
+    return CEventWidgetT<QLineEdit>::event(event);
+}
+
+void CLineEdit::changeEvent(QEvent* event)
+{
+    CEventWidgetT<QLineEdit>::changeEvent(event);
+    if (event->type() == QEvent::EnabledChange || event->type() == QEvent::ReadOnlyChange)
+        showTextFromStart(this);
 }
 
 void CLineEdit::focusOutEvent(QFocusEvent* event)

@@ -10,7 +10,8 @@ namespace KZ {
 
 /// A one-line editor. What the user types delivers EVENT_TEXT_EDITED, a finished change (Enter, or
 /// leaving the editor with a changed text) EVENT_TEXT_COMMITTED, leaving it EVENT_FOCUS_LEFT;
-/// setText() by the program delivers nothing.
+/// setText() by the program delivers nothing. Without input it shows the beginning of its text; a
+/// text that is cut off has a tool tip.
 class KZKIT_EXPORT CLineEdit : public CEventWidgetT<QLineEdit>, public CUiResourceChangeHandler
 {
     Q_OBJECT
@@ -30,6 +31,8 @@ public:
     void onUiResourceChanged() override;
 
 protected:
+    bool event(QEvent* event) override;
+    void changeEvent(QEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
 

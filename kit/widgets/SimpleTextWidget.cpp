@@ -102,8 +102,9 @@ bool CSimpleTextWidget::event(QEvent* event)
             event->ignore();
         } else {
             // Escaped, because a tool tip takes what looks like markup for markup.
-            QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), m_text.toHtmlEscaped(),
-                               this);
+            QToolTip::showText(
+                static_cast<QHelpEvent*>(event)->globalPos(),
+                QStringLiteral("<qt>") + m_text.toHtmlEscaped() + QStringLiteral("</qt>"), this);
         }
         return true;
     }

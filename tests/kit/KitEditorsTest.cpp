@@ -8,7 +8,9 @@
 #include <QAbstractItemView>
 #include <QClipboard>
 #include <QContextMenuEvent>
+#include <QHelpEvent>
 #include <QMenu>
+#include <QToolTip>
 #include <QVBoxLayout>
 #include <QWheelEvent>
 
@@ -44,6 +46,9 @@ private Q_SLOTS:
     void theContextMenuIsChinese();
     void editorsHaveTheRegistrysHeight();
     void aLockedEditorIsShownSo();
+    void withoutInputTheBeginningIsShown();
+    void aTextThatIsCutOffHasAToolTip();
+    void theListBeginsWhereTheTextDoes();
 
 private:
     void focus(QWidget* widget);
@@ -369,6 +374,72 @@ void KitEditorsTest::aLockedEditorIsShownSo()
     m_edit->setReadOnly(true);
     QCOMPARE(m_edit->grab().toImage().pixelColor(90, 14),
              CUiResource::getColor(QStringLiteral("clr_panel_disabled")));
+}
+
+void KitEditorsTest::withoutInputTheBeginningIsShown()
+{
+    const QString name = QStringLiteral("国际联合远洋商品期货经纪有限责任公司").repeated(3);
+    m_edit->setText(name);
+    m_box->setEditText(name);
+    // What can be typed into goes on at its end.
+    QCOMPARE(m_edit->cursorPosition(), name.size());
+    QCOMPARE(m_box->lineEdit()->cursorPosition(), name.size());
+    m_edit->setReadOnly(true);
+    m_box->setEnabled(false);
+    QCOMPARE(m_edit->cursorPosition(), 0);
+    QCOMPARE(m_box->lineEdit()->cursorPosition(), 0);
+    m_edit->setText(name + name.left(2));
+    m_box->setEditText(name + name.left(2));
+    QCOMPARE(m_edit->cursorPosition(), 0);
+    QCOMPARE(m_box->lineEdit()->cursorPosition(), 0);
+    QCOMPARE(m_window->records.size(), 0);
+}
+
+void KitEditorsTest::aTextThatIsCutOffHasAToolTip()
+{
+    const auto tipOf = [](QLineEdit* editor) {
+        QHelpEvent event(QEvent::ToolTip, QPoint(5, 5), editor->mapToGlobal(QPoint(5, 5)));
+        QApplication::sendEvent(editor, &event);
+        const QString text = QToolTip::text();
+        QToolTip::hideText();
+        [&] { QTRY_VERIFY(!QToolTip::isVisible()); }();
+        return text;
+    };
+    for (QLineEdit* const editor : {static_cast<QLineEdit*>(m_edit), m_box->lineEdit()}) {
+        editor->setText(QStringLiteral("短"));
+        QCOMPARE(tipOf(editor), QString());
+        const QString name = QStringLiteral("<b>很长的名字</b>").repeated(8);
+        editor->setText(name);
+        QCOMPARE(tipOf(editor),
+                 QString(QStringLiteral("<qt>") + name.toHtmlEscaped() + QStringLiteral("</qt>")));
+        editor->setEchoMode(QLineEdit::Password);
+        QCOMPARE(tipOf(editor), QString());
+    }
+}
+
+void KitEditorsTest::theListBeginsWhereTheTextDoes()
+{
+    m_box->addItem(QStringLiteral("I"));
+    m_box->setEditText(QStringLiteral("I"));
+    m_box->showPopup();
+    QWidget* const list = m_box->view()->parentWidget();
+    const auto firstInk = [](QWidget* widget, const QRect& room) {
+        const QImage image = widget->grab(room).toImage();
+        const QColor ground = image.pixelColor(0, image.height() / 2);
+        for (int x = 0; x < image.width(); ++x) {
+            for (int y = 0; y < image.height(); ++y) {
+                if (image.pixelColor(x, y) != ground)
+                    return room.left() + x;
+            }
+        }
+        return -1;
+    };
+    const int height = m_box->height();
+    const int inBox = firstInk(m_box, QRect(3, 6, 24, height - 12));
+    const int inList = firstInk(list, QRect(3, 6, 24, height - 12));
+    QVERIFY(inBox > 3);
+    QCOMPARE(inList, inBox);
+    m_box->hidePopup();
 }
 
 int main(int argc, char** argv)
