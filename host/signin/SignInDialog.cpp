@@ -59,6 +59,7 @@ SignInDialog::SignInDialog(SignIn signIn, QWidget* parent)
     m_ok = new KZ::CMediumNormalButton(SignInButton, buttons);
     m_ok->setObjectName(QStringLiteral("halden_client_sign_in_ok"));
     m_ok->setText(QStringLiteral("登录"));
+    m_ok->setPrimary(true);
     auto* leave = new KZ::CMediumNormalButton(ID_BUTTON_CLOSE, buttons);
     leave->setText(QStringLiteral("退出"));
     for (KZ::CMediumNormalButton* button : {m_ok, leave}) {

@@ -64,6 +64,7 @@ CSimpleInputDialog::CSimpleInputDialog(const QString& title, const QString& icon
     m_ok = new CMediumNormalButton(ID_OK, content);
     m_ok->setObjectName(QStringLiteral("halden_input_ok"));
     m_ok->setText(QStringLiteral("确定"));
+    m_ok->setPrimary(true);
     m_cancel = new CMediumNormalButton(ID_CANCEL, content);
     m_cancel->setObjectName(QStringLiteral("halden_input_cancel"));
     m_cancel->setText(QStringLiteral("取消"));

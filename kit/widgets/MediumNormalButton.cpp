@@ -13,9 +13,15 @@ CMediumNormalButton::CMediumNormalButton(int id, QWidget* parent)
 {
 }
 
+void CMediumNormalButton::setPrimary(bool primary)
+{
+    m_primary = primary;
+    update();
+}
+
 CButton::Look CMediumNormalButton::look() const
 {
-    return iconKey().isEmpty() ? Look::Normal : Look::Primary;
+    return m_primary || !iconKey().isEmpty() ? Look::Primary : Look::Normal;
 }
 
 } // namespace KZ

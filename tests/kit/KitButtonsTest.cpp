@@ -28,6 +28,7 @@ private Q_SLOTS:
     void aButtonIsNeverTheDefaultOfADialog();
     void aHandlerMayDeleteTheButton();
     void anIconMakesTheMainButton();
+    void aDialogNamesItsMainButton();
     void theCheckedStateMayHaveItsOwnIcon();
     void sizesComeFromTheRegistryAndGrowWithTheText();
     void aTextThatDoesNotFitIsElided();
@@ -37,6 +38,7 @@ private Q_SLOTS:
     void aCheckBoxDeliversTheUsersTicksOnly();
     void theIdOfACheckBoxMayChange();
     void aMenuFollowsTheTheme();
+    void aMenuStandsOutFromWhatItCovers();
 };
 
 void KitButtonsTest::cleanup()
@@ -144,6 +146,19 @@ void KitButtonsTest::anIconMakesTheMainButton()
     button.clearIcon();
     QCOMPARE(button.grab().toImage().pixelColor(8, 15), plain);
     QCOMPARE(button.sizeHint().width(), narrow);
+}
+
+void KitButtonsTest::aDialogNamesItsMainButton()
+{
+    EventRecorder window;
+    CMediumNormalButton button(1, &window);
+    button.setText(QStringLiteral("确定"));
+    const auto ground = [&button] { return button.grab().toImage().pixelColor(6, 6); };
+    QCOMPARE(ground(), CUiResource::getColor(QStringLiteral("clr_button")));
+    button.setPrimary(true);
+    QCOMPARE(ground(), CUiResource::getColor(QStringLiteral("clr_accent")));
+    button.setPrimary(false);
+    QCOMPARE(ground(), CUiResource::getColor(QStringLiteral("clr_button")));
 }
 
 void KitButtonsTest::theCheckedStateMayHaveItsOwnIcon()
@@ -284,6 +299,20 @@ void KitButtonsTest::aMenuFollowsTheTheme()
     QVERIFY(light != dark);
     QVERIFY(menu.sizeHint().height() >=
             2 * CUiResource::getSize(QStringLiteral("gw_siz_kit_menu_item_height")));
+}
+
+void KitButtonsTest::aMenuStandsOutFromWhatItCovers()
+{
+    CMenu menu(nullptr);
+    menu.addAction(QStringLiteral("文件授权"));
+    for (const auto theme : {CUiResource::Theme::Dark, CUiResource::Theme::Light}) {
+        CUiResource::setTheme(theme);
+        menu.resize(menu.sizeHint());
+        const QImage image = menu.grab().toImage();
+        const QColor edge = CUiResource::getColor(QStringLiteral("clr_border_control"));
+        QCOMPARE(image.pixelColor(0, image.height() / 2), edge);
+        QCOMPARE(image.pixelColor(image.width() / 2, image.height() - 1), edge);
+    }
 }
 
 int main(int argc, char** argv)
