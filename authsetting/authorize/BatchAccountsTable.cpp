@@ -64,6 +64,8 @@ void CBatchAccountsTable::buildColumns()
     setHeaderText(StartColumn, QStringLiteral("授权开始时间"));
     setHeaderText(EndColumn, QStringLiteral("授权结束时间"));
     setHeaderText(OperationColumn, QStringLiteral("操作"));
+    setHeaderCentered(SelectColumn);
+    setHeaderCentered(OperationColumn);
     setColumnWidth(SelectColumn,
                    KZ::CUiResource::getSize(QStringLiteral("gw_siz_table_column_select")));
     // A grant in the making has a longer text than the states that the column first fits itself to.

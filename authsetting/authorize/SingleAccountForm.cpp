@@ -114,6 +114,7 @@ void CSingleAccountForm::addTable()
     m_conditions->setFlag(0x11);
     m_conditions->setColumnCount(3);
     m_conditions->setHeaderText(enabledColumn, QStringLiteral("启用"));
+    m_conditions->setHeaderCentered(enabledColumn);
     m_conditions->setHeaderText(conditionColumn, QStringLiteral("限制条件"));
     m_conditions->setHeaderText(thresholdColumn, QStringLiteral("条件阈值"));
     m_conditions->setColumnWidth(enabledColumn, sizeOf("gw_siz_table_column_select"));

@@ -82,6 +82,7 @@ void CAuthSettingAccountsOverviewTabPage::buildTable()
     m_table->setHeaderText(StartColumn, QStringLiteral("起始时间"));
     m_table->setHeaderText(EndColumn, QStringLiteral("终止时间"));
     m_table->setHeaderText(OperationColumn, QStringLiteral("操作"));
+    m_table->setHeaderCentered(OperationColumn);
     m_table->setColumnWidgets(OperationColumn, operationWidgets());
     restoreTableLayout(m_table);
     setInnerStretchWidget(m_table, tableMargin, tableMargin, tableMargin, tableMargin);

@@ -71,6 +71,7 @@ void CAuthSettingRestrictedUsersManageTabPage::buildLayout()
         m_table->setHeaderText(column, headers[static_cast<std::size_t>(column)]);
         m_table->setColumnWidth(column, newColumnWidth);
     }
+    m_table->setHeaderCentered(Operation);
     m_table->setColumnWidgets(
         Operation, {newDisableButton, [this](QWidget* widget, int row) { bindButton(widget, row); },
                     Qt::AlignCenter});

@@ -43,6 +43,8 @@ CRestrictedUserTable::CRestrictedUserTable(QWidget* parent) : COddEvenRowTable(t
     setColumnCount(ColumnCount);
     for (int column = 0; column < ColumnCount; ++column)
         setHeaderText(column, headers[static_cast<std::size_t>(column)]);
+    setHeaderCentered(Select);
+    setHeaderCentered(Operation);
     setColumnWidth(Select, KZ::CUiResource::getSize(QStringLiteral("gw_siz_table_column_select")));
     restoreTableLayout(this);
 }

@@ -18,8 +18,8 @@ constexpr int MOST_TEXTS = 512;
 
 CCellTexts::CCellTexts() : m_texts(MOST_TEXTS) {}
 
-void CCellTexts::draw(QPainter* painter, const QPointF& origin, const QString& text,
-                      const QFont& font, int width)
+qreal CCellTexts::draw(QPainter* painter, const QPointF& origin, const QString& text,
+                       const QFont& font, int width)
 {
     if (font != m_font) {
         m_font = font;
@@ -30,6 +30,7 @@ void CCellTexts::draw(QPainter* painter, const QPointF& origin, const QString& t
         shown = &shaped(QFontMetrics(m_font).elidedText(text, Qt::ElideRight, width));
     for (const QGlyphRun& run : shown->runs)
         painter->drawGlyphRun(origin, run);
+    return shown->width;
 }
 
 const CCellTexts::SShaped& CCellTexts::shaped(const QString& text)

@@ -19,9 +19,9 @@ public:
     CCellTexts();
 
     /// Draws `text` in one line with its baseline beginning at `origin`, cut off with an ellipsis
-    /// where it is wider than `width` pixels.
-    void draw(QPainter* painter, const QPointF& origin, const QString& text, const QFont& font,
-              int width);
+    /// where it is wider than `width` pixels. Returns the width of what it drew.
+    qreal draw(QPainter* painter, const QPointF& origin, const QString& text, const QFont& font,
+               int width);
 
 private:
     struct SShaped

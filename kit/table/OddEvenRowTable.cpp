@@ -66,6 +66,11 @@ QString COddEvenRowTable::headerText(int column) const
     return m_core->model().headerText(column);
 }
 
+void COddEvenRowTable::setHeaderCentered(int column, bool centered)
+{
+    m_core->model().setHeaderCentered(column, centered);
+}
+
 void COddEvenRowTable::setColumnWidth(int column, int px)
 {
     m_core->columns().setWidth(column, px);

@@ -60,6 +60,8 @@ public:
     int columnCount() const;
     void setHeaderText(int column, const QString& text);
     QString headerText(int column) const;
+    /// Puts the header text over the middle of a column whose boxes or buttons stand there.
+    void setHeaderCentered(int column, bool centered = true);
     /// In device-independent pixels. A column without a width of its own fits itself to its texts
     /// and to the table until the user resizes a column.
     void setColumnWidth(int column, int px);

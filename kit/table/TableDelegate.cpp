@@ -11,6 +11,7 @@
 #include <QPainter>
 #include <QPointer>
 #include <QToolTip>
+#include <QtMath>
 
 namespace KZ {
 
@@ -69,15 +70,18 @@ void CTableDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option
     const int padding = cellPadding();
     QRect room = option.rect.adjusted(padding, 0, -padding, 0);
     const QString iconKey = m_store.iconKey(row, column);
-    if (!iconKey.isEmpty()) {
-        const QRect iconRect(room.left(), room.top(), iconSize(), room.height());
+    const auto drawIcon = [&](int left) {
+        const QRect iconRect(left, room.top(), iconSize(), room.height());
         CUiResource::getIcon(iconKey).paint(painter, iconRect, Qt::AlignCenter,
                                             enabled ? QIcon::Normal : QIcon::Disabled);
-        room.setLeft(iconRect.right() + 1 + padding);
-    }
+    };
     const QString& stored = m_store.text(row, column);
-    if (stored.isEmpty() || room.width() <= 0)
+    const int textWidth = iconKey.isEmpty() ? room.width() : room.width() - iconSize() - padding;
+    if (stored.isEmpty() || textWidth <= 0) {
+        if (!iconKey.isEmpty())
+            drawIcon(room.left());
         return;
+    }
 
     const QString colorKey = enabled ? m_store.colorKey(row, column) : QString();
     if (colorKey.isEmpty()) {
@@ -88,8 +92,11 @@ void CTableDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option
     }
     const QFontMetrics& metrics = option.fontMetrics;
     const int top = room.top() + (room.height() - metrics.height()) / 2;
-    m_texts.draw(painter, QPointF(room.left(), top + metrics.ascent()),
-                 safeText(stored, DRAWN_LENGTH), option.font, room.width());
+    const qreal drawn = m_texts.draw(painter, QPointF(room.left(), top + metrics.ascent()),
+                                     safeText(stored, DRAWN_LENGTH), option.font, textWidth);
+    // Behind the text, so that the texts of a column stay in line with and without an icon.
+    if (!iconKey.isEmpty())
+        drawIcon(room.left() + qCeil(drawn) + padding);
 }
 
 QSize CTableDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const

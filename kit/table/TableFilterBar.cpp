@@ -8,6 +8,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QLocale>
 #include <QToolButton>
 
 namespace KZ {
@@ -50,7 +51,8 @@ void CTableFilterBar::updateResources()
 
 void CTableFilterBar::setCount(int shown, int all)
 {
-    m_count->setText(QStringLiteral("%1 / %2").arg(shown).arg(all));
+    const QLocale locale(QLocale::Chinese, QLocale::China);
+    m_count->setText(locale.toString(shown) + QStringLiteral(" / ") + locale.toString(all));
 }
 
 bool CTableFilterBar::eventFilter(QObject* object, QEvent* event)

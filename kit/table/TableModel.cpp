@@ -36,6 +36,7 @@ void CTableModel::setColumns(int count)
     beginResetModel();
     m_store.setColumnCount(count);
     m_headers.resize(m_store.columnCount());
+    m_centeredHeaders.resize(size_t(m_store.columnCount()));
     m_editable.resize(size_t(m_store.columnCount()));
     if (m_sortColumn >= m_store.columnCount()) {
         m_sortColumn = -1;
@@ -62,6 +63,14 @@ void CTableModel::setHeaderText(int column, const QString& text)
     if (column < 0 || column >= columnCount() || m_headers[column] == text)
         return;
     m_headers[column] = text;
+    Q_EMIT headerDataChanged(Qt::Horizontal, column, column);
+}
+
+void CTableModel::setHeaderCentered(int column, bool centered)
+{
+    if (column < 0 || column >= columnCount())
+        return;
+    m_centeredHeaders[size_t(column)] = centered;
     Q_EMIT headerDataChanged(Qt::Horizontal, column, column);
 }
 
@@ -317,7 +326,8 @@ QVariant CTableModel::headerData(int section, Qt::Orientation orientation, int r
     case Qt::AccessibleTextRole:
         return safeText(m_headers[section], DISPLAYED_LENGTH);
     case Qt::TextAlignmentRole:
-        return int(Qt::AlignLeft | Qt::AlignVCenter);
+        return int((m_centeredHeaders[size_t(section)] ? Qt::AlignHCenter : Qt::AlignLeft) |
+                   Qt::AlignVCenter);
     default:
         return QVariant();
     }

@@ -32,6 +32,7 @@ public:
     bool isInnerEnabled() const { return m_innerEnabled; }
     QString headerText(int column) const { return m_headers.value(column); }
     void setHeaderText(int column, const QString& text);
+    void setHeaderCentered(int column, bool centered);
 
     /// Empties the store and the model.
     void clearRows();
@@ -77,6 +78,7 @@ private:
     TextHandler m_textEdited;
     TickHandler m_tickToggled;
     QStringList m_headers;
+    std::vector<bool> m_centeredHeaders;
     std::vector<bool> m_editable;
     bool m_innerEnabled = true;
 

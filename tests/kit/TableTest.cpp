@@ -43,6 +43,8 @@ private Q_SLOTS:
     void hostileTextsAreShownHarmlessly();
     void aHugeTextIsDrawnAndKept();
     void toolTipsAreNeverMarkup();
+    void aMarkLeavesTheTextsInLine();
+    void aHeaderMayStandOverTheMiddle();
     void theViewGoesByTheNameOfTheTable();
     void theContextMenuFollowsTheFlags_data();
     void theContextMenuFollowsTheFlags();
@@ -435,6 +437,41 @@ void TableTest::aHugeTextIsDrawnAndKept()
     QVERIFY(f.table->columnWidth(0) < 400);
     f.sortBy(0, Qt::AscendingOrder);
     QCOMPARE(f.shownRows(), QVector<int>{0});
+}
+
+void TableTest::aMarkLeavesTheTextsInLine()
+{
+    TableFixture f;
+    f.table->setColumnWidth(0, 140);
+    f.addRow({QStringLiteral("已授权")});
+    f.showAndWait();
+    const auto cell = [&f] {
+        const QRect room = f.table->view()->visualRect(f.table->view()->model()->index(0, 0));
+        return f.table->view()->viewport()->grab(room).toImage();
+    };
+    const QImage plain = cell();
+    f.table->setItemIconKey(0, 0, QStringLiteral("gw_img_kit_lock"));
+    const QImage marked = cell();
+    QVERIFY(plain != marked);
+    const int text = f.table->view()->fontMetrics().horizontalAdvance(QStringLiteral("已授权")) + 8;
+    const QRect before(0, 0, text, plain.height());
+    QCOMPARE(marked.copy(before), plain.copy(before));
+}
+
+void TableTest::aHeaderMayStandOverTheMiddle()
+{
+    TableFixture f;
+    const QAbstractItemModel* const model = f.table->view()->model();
+    const auto alignment = [model](int column) {
+        return model->headerData(column, Qt::Horizontal, Qt::TextAlignmentRole).toInt() &
+               Qt::AlignHorizontal_Mask;
+    };
+    f.table->setHeaderCentered(3);
+    f.table->setHeaderCentered(7);
+    QCOMPARE(alignment(2), int(Qt::AlignLeft));
+    QCOMPARE(alignment(3), int(Qt::AlignHCenter));
+    f.table->setHeaderCentered(3, false);
+    QCOMPARE(alignment(3), int(Qt::AlignLeft));
 }
 
 void TableTest::toolTipsAreNeverMarkup()
