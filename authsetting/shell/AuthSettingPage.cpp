@@ -3,6 +3,7 @@
 #include "authsetting/shell/AuthSettingEvents.h"
 #include "authsetting/shell/AuthSettingTabPage.h"
 #include "kit/events/EventIds.h"
+#include "kit/resources/UiResource.h"
 #include "kit/widgets/SmallNormalButton.h"
 #include "kit/widgets/StandardTabControl.h"
 #include "kit/widgets/WidgetList.h"
@@ -46,7 +47,8 @@ void CAuthSettingPage::addCornerButton(int id, const QString& text, const QKeySe
     button->setShortcut(shortcut);
     const QString keys = shortcut.toString(QKeySequence::NativeText);
     button->setToolTip(keys.isEmpty() ? toolTip : QStringLiteral("%1 (%2)").arg(toolTip, keys));
-    button->resize(button->sizeHint());
+    const int space = KZ::CUiResource::getSize(QStringLiteral("gw_siz_kit_list_space"));
+    button->resize(button->sizeHint() + QSize(space, 0));
     m_corner->addFixWidget(button);
     m_corner->resize(m_corner->sizeHint());
     m_cornerButtons.append(button);
