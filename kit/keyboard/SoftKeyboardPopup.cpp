@@ -205,7 +205,7 @@ void CSoftKeyboardPopup::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     painter.fillRect(rect(), CUiResource::getColor(QStringLiteral("clr_window")));
-    painter.setPen(CUiResource::getColor(QStringLiteral("clr_frame")));
+    painter.setPen(CUiResource::getColor(QStringLiteral("clr_border_control")));
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 

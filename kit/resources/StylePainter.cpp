@@ -114,9 +114,11 @@ void CStylePainter::icon(QPainter* painter, const QRect& rect, const QString& ic
 
 void CStylePainter::itemGround(QPainter* painter, const QStyleOption& option, const QRect& rect)
 {
+    const bool enabled = option.state & QStyle::State_Enabled;
     if (option.state & QStyle::State_Selected)
-        fill(painter, rect, QStringLiteral("clr_selection"));
-    else if ((option.state & QStyle::State_MouseOver) && (option.state & QStyle::State_Enabled))
+        fill(painter, rect,
+             enabled ? QStringLiteral("clr_selection") : QStringLiteral("clr_hover"));
+    else if (enabled && (option.state & QStyle::State_MouseOver))
         fill(painter, rect, QStringLiteral("clr_hover"));
 }
 

@@ -123,6 +123,9 @@ QPalette CUiResource::palette()
         palette.setColor(QPalette::Disabled, role, disabledText);
     const QColor disabledPanel = getColor(QStringLiteral("clr_panel_disabled"));
     palette.setColor(QPalette::Disabled, QPalette::Base, disabledPanel);
+    // The grey of disabled text would not stand out from the selection of the active one.
+    palette.setColor(QPalette::Disabled, QPalette::Highlight,
+                     getColor(QStringLiteral("clr_hover")));
     palette.setColor(QPalette::Disabled, QPalette::Button,
                      getColor(QStringLiteral("clr_button_disabled")));
     return palette;

@@ -30,8 +30,11 @@ void drawFrame(const QStyleOption& option, QPainter* painter, const QWidget* wid
     const bool focused = qobject_cast<const QAbstractItemView*>(widget) &&
                          (option.state & QStyle::State_HasFocus) &&
                          (option.state & QStyle::State_KeyboardFocusChange);
+    // What pops up lies on grounds of every colour, so its edge has to be as strong as a control's.
+    const bool popsUp = widget && widget->isWindow() && widget->windowType() == Qt::Popup;
+    const char* key = popsUp ? "clr_border_control" : "clr_border";
     painter->save();
-    painter->setPen(color(focused ? "clr_focus" : "clr_border"));
+    painter->setPen(color(focused ? "clr_focus" : key));
     painter->setBrush(Qt::NoBrush);
     painter->drawRect(option.rect.adjusted(0, 0, -1, -1));
     painter->restore();
@@ -57,7 +60,8 @@ void drawTreeRow(const QStyleOption& option, QPainter* painter)
     const int bar = size("gw_siz_kit_tree_mark");
     const QRect mark(option.rect.left(), option.rect.top(), bar, option.rect.height());
     CStylePainter::fill(painter, QStyle::visualRect(option.direction, option.rect, mark),
-                        QStringLiteral("clr_accent_text"));
+                        option.state & QStyle::State_Enabled ? QStringLiteral("clr_accent_text")
+                                                             : QStringLiteral("clr_icon_disabled"));
 }
 
 void drawTabShape(const QStyleOption& option, QPainter* painter)
@@ -189,7 +193,7 @@ bool CViewPainter::drawPrimitive(QStyle::PrimitiveElement element, const QStyleO
         CStylePainter::fill(painter, option.rect, QStringLiteral("clr_menu"));
         return true;
     case QStyle::PE_FrameMenu:
-        drawFrame(option, painter, nullptr);
+        drawFrame(option, painter, widget);
         return true;
     case QStyle::PE_PanelItemViewRow:
         if (qobject_cast<const QTreeView*>(widget))
@@ -214,7 +218,7 @@ bool CViewPainter::drawPrimitive(QStyle::PrimitiveElement element, const QStyleO
     case QStyle::PE_FrameTabBarBase:
         return true;
     case QStyle::PE_PanelScrollAreaCorner:
-        CStylePainter::fill(painter, option.rect, QStringLiteral("clr_panel"));
+        painter->fillRect(option.rect, option.palette.brush(QPalette::Base));
         return true;
     case QStyle::PE_PanelTipLabel:
         CStylePainter::fill(painter, option.rect, QStringLiteral("clr_tool_tip"));
@@ -271,14 +275,16 @@ bool CViewPainter::drawControl(QStyle::ControlElement element, const QStyleOptio
 
 void CViewPainter::drawScrollBar(const QStyleOption& option, QPainter* painter, const QRect& handle)
 {
-    CStylePainter::fill(painter, option.rect, QStringLiteral("clr_panel"));
-    if (!(option.state & QStyle::State_Enabled) || handle.isEmpty())
+    // The strip belongs to its view, whatever ground that has.
+    painter->fillRect(option.rect, option.palette.brush(QPalette::Base));
+    if (handle.isEmpty())
         return;
-    const bool active = option.state & (QStyle::State_Sunken | QStyle::State_MouseOver);
-    CStylePainter::panel(painter, handle.adjusted(2, 2, -2, -2),
-                         active ? QStringLiteral("clr_scroll_bar_hover")
-                                : QStringLiteral("clr_scroll_bar"),
-                         QString());
+    QString key = QStringLiteral("clr_scroll_bar");
+    if (!(option.state & QStyle::State_Enabled))
+        key = QStringLiteral("clr_border_disabled");
+    else if (option.state & (QStyle::State_Sunken | QStyle::State_MouseOver))
+        key = QStringLiteral("clr_scroll_bar_hover");
+    CStylePainter::panel(painter, handle.adjusted(2, 2, -2, -2), key, QString());
 }
 
 QRect CViewPainter::scrollBarRect(const QStyleOptionSlider& option, QStyle::SubControl part)

@@ -55,6 +55,7 @@ private Q_SLOTS:
     void captionsNameTheirEditors();
     void rootWidgetsFollowTheTheme();
     void aBusyBarMoves();
+    void aScrollBarHasTheGroundOfItsView();
 };
 
 void KitWidgetsTest::cleanup()
@@ -267,6 +268,30 @@ void KitWidgetsTest::aBusyBarMoves()
     QVERIFY(QTest::qWaitForWindowExposed(&root));
     const QImage first = bar.grab().toImage();
     QTRY_VERIFY(first != bar.grab().toImage());
+}
+
+void KitWidgetsTest::aScrollBarHasTheGroundOfItsView()
+{
+    CBaseWidget window(nullptr);
+    auto* const tree = new QTreeWidget(&window);
+    for (int row = 0; row < 90; ++row)
+        tree->addTopLevelItem(new QTreeWidgetItem({QString::number(row)}));
+    tree->resize(120, 200);
+    window.resize(200, 220);
+    window.show();
+    const auto colorAt = [tree](int fromRight, int fromBottom) {
+        const QImage image = tree->grab().toImage();
+        return image.pixelColor(image.width() - fromRight, image.height() - fromBottom);
+    };
+    const auto colorOf = [](const char* key) { return CUiResource::getColor(QLatin1String(key)); };
+    const QScrollBar* const bar = tree->verticalScrollBar();
+    QTRY_VERIFY(bar->isVisible());
+    const int handle = tree->height() - 12;
+    QCOMPARE(colorAt(6, 8), colorOf("clr_panel"));
+    QCOMPARE(colorAt(6, handle), colorOf("clr_scroll_bar"));
+    tree->setEnabled(false);
+    QCOMPARE(colorAt(6, 8), colorOf("clr_panel_disabled"));
+    QCOMPARE(colorAt(6, handle), colorOf("clr_border_disabled"));
 }
 
 int main(int argc, char** argv)

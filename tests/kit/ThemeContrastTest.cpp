@@ -104,8 +104,17 @@ void ThemeContrastTest::inksStandOutFromTheirGrounds_data()
              TEXT_CONTRAST);
     addPairs("without input", {QStringLiteral("clr_text_disabled")},
              {QStringLiteral("clr_button_disabled"), QStringLiteral("clr_panel_disabled"),
-              QStringLiteral("clr_menu")},
+              QStringLiteral("clr_menu"), QStringLiteral("clr_hover"),
+              QStringLiteral("clr_table_row_even")},
              TEXT_CONTRAST);
+    addPairs("calendar",
+             {QStringLiteral("clr_calendar_weekend"), QStringLiteral("clr_text_quiet"),
+              QStringLiteral("clr_accent_text")},
+             {QStringLiteral("clr_menu")}, TEXT_CONTRAST);
+    addPairs("what pops up",
+             {QStringLiteral("clr_border_control"), QStringLiteral("clr_outcome"),
+              QStringLiteral("clr_warning"), QStringLiteral("clr_info")},
+             {QStringLiteral("clr_menu"), QStringLiteral("clr_table_row_even")}, CONTROL_CONTRAST);
     addPairs("frame", {QStringLiteral("clr_title_text")}, {QStringLiteral("clr_title_bar")},
              TEXT_CONTRAST);
     addPairs("close", {QStringLiteral("clr_close_text")}, {QStringLiteral("clr_close_hover")},
@@ -119,8 +128,8 @@ void ThemeContrastTest::inksStandOutFromTheirGrounds_data()
     addPairs("controls",
              {QStringLiteral("clr_border_control"), QStringLiteral("clr_border_hover"),
               QStringLiteral("clr_focus"), QStringLiteral("clr_accent"), QStringLiteral("clr_icon"),
-              QStringLiteral("clr_icon_quiet"), QStringLiteral("clr_scroll_bar_hover"),
-              QStringLiteral("clr_check_locked")},
+              QStringLiteral("clr_icon_quiet"), QStringLiteral("clr_scroll_bar"),
+              QStringLiteral("clr_scroll_bar_hover"), QStringLiteral("clr_check_locked")},
              grounds, CONTROL_CONTRAST);
     addPairs("ticks", {QStringLiteral("clr_text_on_accent")}, {QStringLiteral("clr_check_locked")},
              CONTROL_CONTRAST);
