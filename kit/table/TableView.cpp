@@ -2,6 +2,7 @@
 
 #include "kit/resources/KitStyle.h"
 #include "kit/table/CellEditor.h"
+#include "kit/table/HeaderCorner.h"
 #include "kit/table/TableViewClient.h"
 
 #include <QApplication>
@@ -40,6 +41,7 @@ CTableView::CTableView(ITableViewClient& client, QWidget* parent)
     header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     header->setSortIndicator(-1, Qt::AscendingOrder);
     setSortingEnabled(true);
+    addScrollBarWidget(new CHeaderCorner(header, this), Qt::AlignTop);
     applyKitStyle(this);
     setAttribute(Qt::WA_InputMethodEnabled);
 }

@@ -45,6 +45,7 @@ private Q_SLOTS:
     void toolTipsAreNeverMarkup();
     void aMarkLeavesTheTextsInLine();
     void aHeaderMayStandOverTheMiddle();
+    void theHeaderReachesOverTheScrollBar();
     void theViewGoesByTheNameOfTheTable();
     void theContextMenuFollowsTheFlags_data();
     void theContextMenuFollowsTheFlags();
@@ -456,6 +457,24 @@ void TableTest::aMarkLeavesTheTextsInLine()
     const int text = f.table->view()->fontMetrics().horizontalAdvance(QStringLiteral("已授权")) + 8;
     const QRect before(0, 0, text, plain.height());
     QCOMPARE(marked.copy(before), plain.copy(before));
+}
+
+void TableTest::theHeaderReachesOverTheScrollBar()
+{
+    TableFixture f;
+    for (int row = 0; row < 100; ++row)
+        f.addRow({QString::number(row)});
+    f.showAndWait();
+    const QTableView* const view = f.table->view();
+    const QScrollBar* const bar = view->verticalScrollBar();
+    QTRY_VERIFY(bar->isVisible());
+    const QHeaderView* const header = view->horizontalHeader();
+    const auto topOf = [view](const QWidget* widget) { return widget->mapTo(view, QPoint()).y(); };
+    QTRY_COMPARE(topOf(bar), topOf(header) + header->height());
+    const QImage image = f.table->grab().toImage();
+    const int y = topOf(header) + 3;
+    QCOMPARE(image.pixelColor(f.table->width() - 4, y),
+             CUiResource::getColor(QStringLiteral("clr_table_header")));
 }
 
 void TableTest::aHeaderMayStandOverTheMiddle()
