@@ -230,6 +230,15 @@ QRect CKitProxyStyle::subControlRect(ComplexControl control, const QStyleOptionC
     return QProxyStyle::subControlRect(control, option, subControl, widget);
 }
 
+QIcon CKitProxyStyle::standardIcon(StandardPixmap icon, const QStyleOption* option,
+                                   const QWidget* widget) const
+{
+    // The base's picture is dark in every theme.
+    if (icon == SP_LineEditClearButton)
+        return CUiResource::getIcon(QStringLiteral("gw_img_kit_close"));
+    return QProxyStyle::standardIcon(icon, option, widget);
+}
+
 QRect CKitProxyStyle::subElementRect(SubElement element, const QStyleOption* option,
                                      const QWidget* widget) const
 {

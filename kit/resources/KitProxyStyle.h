@@ -34,6 +34,8 @@ public:
                          SubControl subControl, const QWidget* widget) const override;
     QRect subElementRect(SubElement element, const QStyleOption* option,
                          const QWidget* widget) const override;
+    QIcon standardIcon(StandardPixmap icon, const QStyleOption* option,
+                       const QWidget* widget) const override;
 
 private:
     void drawHeader(const QStyleOptionHeaderV2& header, QPainter* painter,

@@ -10,6 +10,7 @@
 #include <QContextMenuEvent>
 #include <QHelpEvent>
 #include <QMenu>
+#include <QToolButton>
 #include <QToolTip>
 #include <QVBoxLayout>
 #include <QWheelEvent>
@@ -49,6 +50,7 @@ private Q_SLOTS:
     void withoutInputTheBeginningIsShown();
     void aTextThatIsCutOffHasAToolTip();
     void theListBeginsWhereTheTextDoes();
+    void theClearButtonFollowsTheTheme();
 
 private:
     void focus(QWidget* widget);
@@ -440,6 +442,18 @@ void KitEditorsTest::theListBeginsWhereTheTextDoes()
     QVERIFY(inBox > 3);
     QCOMPARE(inList, inBox);
     m_box->hidePopup();
+}
+
+void KitEditorsTest::theClearButtonFollowsTheTheme()
+{
+    m_edit->setClearButtonEnabled(true);
+    m_edit->setText(QStringLiteral("lin"));
+    const auto* const button = m_edit->findChild<QToolButton*>();
+    for (const auto theme : {CUiResource::Theme::Dark, CUiResource::Theme::Light}) {
+        CUiResource::setTheme(theme);
+        QCOMPARE(button->icon().pixmap(16).toImage(),
+                 CUiResource::getIcon(QStringLiteral("gw_img_kit_close")).pixmap(16).toImage());
+    }
 }
 
 int main(int argc, char** argv)
