@@ -54,6 +54,9 @@ AuditView::AuditView(QWidget* parent) : CBaseWidget(parent)
     list->setSpacing(space);
 
     auto* head = new KZ::CWidgetList(Qt::Horizontal, list);
+    // In line with the texts of the table below.
+    const int indent = KZ::CUiResource::getSize(QStringLiteral("gw_siz_kit_table_cell_padding"));
+    head->setMargin(indent, 0, indent, 0);
     auto* title = new KZ::CSimpleTextWidget(QStringLiteral("筛选"), head);
     head->addFixWidget(title);
     m_filter = new KZ::CLineEdit(0, head);

@@ -61,6 +61,9 @@ MessageArea::MessageArea(const AccountMessages& messages, QWidget* parent)
     list->setSpacing(space);
 
     auto* head = new KZ::CWidgetList(Qt::Horizontal, list);
+    // In line with the texts of the table below.
+    const int indent = KZ::CUiResource::getSize(QStringLiteral("gw_siz_kit_table_cell_padding"));
+    head->setMargin(indent, 0, indent, 0);
     auto* title = new KZ::CSimpleTextWidget(QStringLiteral("账号消息"), head);
     title->setTextFontKey(QStringLiteral("fnt_default_bold"));
     head->addFixWidget(title);
