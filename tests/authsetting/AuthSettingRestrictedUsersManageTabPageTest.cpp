@@ -351,6 +351,37 @@ private Q_SLOTS:
         test.page.reloadData();
         QCOMPARE(test.table()->itemWidget(2, 3)->accessibleName(), QStringLiteral("禁用 c"));
     }
+
+    void aCommandForAllCountsFromNothing()
+    {
+        ManageFixture test;
+        test.page.reloadData();
+        // Nobody here asked for these two.
+        test.answer(QStringLiteral("a"), false, true);
+        test.answer(QStringLiteral("a"), false, true);
+        test.click(1);
+        test.click(0);
+        test.wait();
+        for (const char* user : {"a", "b"})
+            test.answer(QString::fromLatin1(user), true, true);
+        QCOMPARE(test.top.of(GW::EVENT_RELOAD_NAVIGATOR).size(), 0);
+        test.answer(QStringLiteral("c"), true, true);
+        QCOMPARE(test.top.of(GW::EVENT_RELOAD_NAVIGATOR).size(), 1);
+    }
+
+    void aRowsButtonStandsInTheMiddleInItsOwnHeight()
+    {
+        ManageFixture test;
+        test.page.reloadData();
+        test.page.resize(600, 400);
+        test.top.resize(600, 400);
+        test.top.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&test.top));
+        QWidget* button = test.table()->itemWidget(0, 3);
+        QTRY_VERIFY(qAbs(middleInCell(test.table(), 0, 3, button)) <= 1);
+        KZ::CSmallNormalButton plain(0, &test.top);
+        QCOMPARE(button->size(), QSize(40, plain.height()));
+    }
 };
 
 int main(int argc, char** argv)

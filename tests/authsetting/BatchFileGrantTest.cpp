@@ -1,5 +1,6 @@
 #include "authsetting/services/Services.h"
 #include "authsetting/shell/AuthSettingEvents.h"
+#include "kit/resources/UiResource.h"
 #include "tests/authsetting/BatchPageTools.h"
 #include "tests/authsetting/ModalDriver.h"
 #include "tests/support/TestCase.h"
@@ -283,6 +284,74 @@ private Q_SLOTS:
         user.expect([&](QWidget*) { delete grant.test.page; });
         grant.test.page->onFileAuthTriggered(false);
         QVERIFY(grant.test.services.client.addAuths.isEmpty());
+    }
+
+    void afterAReloadTheSecretIsStillThatOfTheSameAccount()
+    {
+        FileGrant grant;
+        StandingClock clock;
+        grant.grant(QStringLiteral("p"));
+        clock.now += 1;
+        FakeAuthClient& client = grant.test.services.client;
+        client.answerAdd(true);
+        grant.test.services.user.accounts.move(0, 1);
+        grant.first->accountPrivate = "renewed first";
+        grant.second->accountPrivate = "renewed second";
+        grant.test.page->reloadData();
+        client.answerAdd(true);
+        QCOMPARE(client.exports.size(), 1);
+        QCOMPARE(client.exports[0].grants[0]->account.accountPrivate, std::string("secret of 10"));
+        QCOMPARE(client.exports[0].grants[1]->account.accountPrivate,
+                 std::string("renewed second"));
+    }
+
+    void theLastAnswerSaysWhetherAFileIsWritten()
+    {
+        FileGrant grant;
+        StandingClock clock;
+        grant.grant(QStringLiteral("p"));
+        clock.now += 1;
+        FakeAuthClient& client = grant.test.services.client;
+        client.answerAdd(true);
+        client.addAuths[1].toServer = true;
+        client.answerAdd(true);
+        QVERIFY(client.exports.isEmpty());
+        QCOMPARE(tipTexts(), QStringList(QStringLiteral("授权成功")));
+    }
+
+    void aCancelledFileDialogTakesThePathFromAGrantThatIsStillOut()
+    {
+        FileGrant grant;
+        StandingClock clock;
+        grant.grant(QStringLiteral("p"));
+        {
+            ModalDriver user;
+            user.answerFile(QString());
+            grant.test.page->onFileAuthTriggered(false);
+        }
+        clock.now += 1;
+        grant.test.services.client.answerAdd(true);
+        grant.test.services.client.answerAdd(true);
+        QCOMPARE(grant.test.services.client.exports.size(), 1);
+        QCOMPARE(grant.test.services.client.exports[0].path, QString());
+    }
+
+    void thePasswordDialogAsksForItsIconByName()
+    {
+        FileGrant grant;
+        const QString name = QStringLiteral("Tarnwell.png");
+        QIcon icon;
+        ModalDriver user;
+        user.answerFile(grant.path);
+        user.expect([&](QWidget* window) {
+            icon = window->windowIcon();
+            window->close();
+        });
+        grant.test.page->onFileAuthTriggered(false);
+        QVERIFY(KZ::CUiResource::hasKey(name));
+        QCOMPARE(icon.pixmap(32).toImage(), KZ::CUiResource::getIcon(name).pixmap(32).toImage());
+        QVERIFY(icon.pixmap(32).toImage() !=
+                KZ::CUiResource::getIcon(QStringLiteral("gw_img_kit_lock")).pixmap(32).toImage());
     }
 };
 

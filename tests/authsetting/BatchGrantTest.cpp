@@ -419,6 +419,40 @@ private Q_SLOTS:
         QVERIFY(test.page->findChildren<KZ::CCheckBox*>().size() < 100);
         QCOMPARE(test.table->itemText(9999, 4), QStringLiteral("已修改 未授权"));
     }
+
+    void aReloadInTheMiddleOfAGrantLosesNoAnswer()
+    {
+        BatchUnderTest test;
+        StandingClock clock;
+        test.open({"10", "11"});
+        test.grantAllTo(QStringLiteral("bob"));
+        clock.now += 1;
+        test.services.client.answerAdd(true);
+        test.page->reloadData();
+        QCOMPARE(test.dialog.events.size(), 1);
+        test.services.client.answerAdd(false, QStringLiteral("x"));
+        QCOMPARE(test.dialog.ids(), QVector<int>({GW::EVENT_SET_WAITING, GW::EVENT_SET_WAITING,
+                                                  GW::EVENT_RELOAD_NAVIGATOR}));
+        QCOMPARE(tipTexts(), QStringList({QStringLiteral("权限出错！错误信息：x"),
+                                          QStringLiteral("授权成功")}));
+    }
+
+    void anAnswerThatNeverCameDoesNotHoldUpTheNextGrant()
+    {
+        BatchUnderTest test;
+        StandingClock clock;
+        test.open({"10", "11"});
+        test.grantAllTo(QStringLiteral("bob"));
+        test.tick(1, false);
+        test.page->onServerAuthTriggered(false);
+        QCOMPARE(test.services.client.addAuths.size(), 3);
+        clock.now += 1;
+        const FakeAuthClient::AddAuth request = test.services.client.addAuths[2];
+        Q_EMIT test.services.client.sigAddAuthResult(request.grantee, request.account,
+                                                     request.limit, QString(), request.tag, true,
+                                                     QString(), true);
+        QCOMPARE(tipTexts(), QStringList(QStringLiteral("授权成功")));
+    }
 };
 
 int main(int argc, char** argv)

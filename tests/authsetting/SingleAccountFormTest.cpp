@@ -68,6 +68,8 @@ private Q_SLOTS:
         QCOMPARE(headerTexts(table),
                  QStringList({QStringLiteral("启用"), QStringLiteral("限制条件"),
                               QStringLiteral("条件阈值")}));
+        QVERIFY(table->view()->alternatingRowColors());
+        QCOMPARE(table->view()->selectionBehavior(), QAbstractItemView::SelectRows);
         QCOMPARE(table->rowCount(), 1);
         QVERIFY(table->hasItemCheckBox(0, 0));
         QVERIFY(!table->isItemChecked(0, 0));
@@ -115,6 +117,10 @@ private Q_SLOTS:
         QVERIFY(test.state()->x() > test.grantee()->geometry().right());
         QCOMPARE(test.state()->parentWidget(), test.grantee()->parentWidget());
         QCOMPARE(test.table()->mapTo(test.page, QPoint(0, 0)), QPoint(8, 8 + 3 * pitch));
+        test.table()->setColumnWidth(0, 300);
+        QWidget* box = test.table()->itemWidget(0, 0);
+        QTRY_VERIFY(qAbs(middleInCell(test.table(), 0, 0, box)) <= 1);
+        QVERIFY(box->width() < 150);
         QCOMPARE(test.button()->size(),
                  QSize(uiSize("gw_siz_auth_setting_accounts_authorize_btn_authorize_width"),
                        uiSize("gw_siz_auth_setting_accounts_authorize_btn_height")));
@@ -193,6 +199,7 @@ private Q_SLOTS:
         QCOMPARE(test.end()->isEnabled(), editable);
         QCOMPARE(test.grantee()->isEnabled(), editable);
         QCOMPARE(test.table()->itemWidget(0, 0)->isEnabled(), editable);
+        QVERIFY2(test.table()->isEnabled(), "the header stays usable");
         QTEST(test.button()->text(), "text");
         QTEST(test.button()->iconKey(), "icon");
         QVERIFY2(!test.button()->isEnabled(), "a reload alone leaves the button disabled");

@@ -306,7 +306,36 @@ private Q_SLOTS:
             QVERIFY(mbservice::isSameAccount(grant.account, *test.accounts[index]));
             QCOMPARE(grant.account.accountPrivate, "secret " + std::to_string(index));
             QCOMPARE(grant.limit.startTime, secondsOf(QDate(2026, 3, 11 - index)));
+            QCOMPARE(grant.limit.endTime, secondsOf(QDate(2026, 3, 13 - index)));
         }
+    }
+
+    void aFileHoldsTheAccountsAsTheyAreWhenItIsWritten()
+    {
+        SubUserFixture test;
+        tickBoth(test);
+        test.sendFileGrant();
+        test.wait();
+        test.accounts[0]->accountPrivate = "renewed";
+        test.services.user.accounts.removeAt(1);
+        test.answer(0);
+        const auto grants = test.services.client.exports.last().grants;
+        QCOMPARE(grants.size(), 2);
+        QCOMPARE(grants[0]->account.accountPrivate, std::string("renewed"));
+        // Of one that is gone the record that was granted is all there is.
+        QVERIFY(mbservice::isSameAccount(grants[1]->account, *test.accounts[1]));
+    }
+
+    void aGrantPreparedAnewForgetsWhatAnEarlierResultBrought()
+    {
+        SubUserFixture test;
+        test.makePending(0);
+        test.sendFileGrant();
+        test.answer(0);
+        QCOMPARE(test.cell(0, 5), QStringLiteral("ref"));
+        test.tick(0);
+        QCOMPARE(test.cell(0, 4), QStringLiteral("已修改, 未授权"));
+        QCOMPARE(test.cell(0, 5), QString());
     }
 
     void aFileNamesTheUserItWasAskedForWhomeverThePageShowsByThen()

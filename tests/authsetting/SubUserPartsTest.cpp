@@ -70,8 +70,10 @@ private Q_SLOTS:
         QVERIFY(pending.isAnswered());
         QCOMPARE(pending.count(), 0);
         QCOMPARE(pending.grants().value(QStringLiteral("a")).result, QStringLiteral("ref"));
+        pending.set(QStringLiteral("b"), {});
         pending.clear();
         QVERIFY(pending.isEmpty());
+        QCOMPARE(pending.count(), 0);
     }
 
     void aSecretIsOverwrittenWhereNobodySharesIt()

@@ -300,6 +300,28 @@ private Q_SLOTS:
         QCOMPARE(test.top.events.size(), 1);
         QVERIFY(tipTexts().isEmpty());
     }
+
+    void aRefusedClickConnectsNothing()
+    {
+        SubUserFixture test;
+        test.disableUser();
+        test.typePasswords(QStringLiteral("a"), QStringLiteral("b"));
+        for (int clicks = 0; clicks < 3; ++clicks)
+            test.deliver(5, 1);
+        Q_EMIT test.services.client.sigSetSubUserResult(QStringLiteral("ops"), true, true, {});
+        QCOMPARE(test.navigatorReloads(), 1);
+    }
+
+    void theStateIsReadAtTheClick()
+    {
+        SubUserFixture test;
+        test.page->reloadData();
+        // Disabled from elsewhere since: now a password is needed.
+        test.services.client.activeSubUsers.clear();
+        test.deliver(5, 1);
+        QVERIFY(test.services.client.calls.isEmpty());
+        VERIFY_TIP(test.password(), QStringLiteral("密码不能为空"), 1);
+    }
 };
 
 int main(int argc, char** argv)

@@ -450,6 +450,20 @@ private Q_SLOTS:
         QCOMPARE(test.cell(1, 4), freeText);
     }
 
+    void withoutAChosenRowTheStateAloneIsRefreshed()
+    {
+        SubUserFixture test;
+        test.page->reloadData();
+        test.typePasswords(QStringLiteral("left"), QStringLiteral("over"));
+        test.setDays(QDate(2026, 3, 10), QDate(2026, 3, 12));
+        test.services.grant(test.accounts[0], QStringLiteral("ops"), testToday(), testToday());
+        QVERIFY(test.deliver(41));
+        QCOMPARE(test.password()->text(), QString());
+        QVERIFY(test.ticked(0));
+        QCOMPARE(test.cell(0, 4), freeText);
+        QCOMPARE(test.start()->date(), QDate(2026, 3, 10));
+    }
+
     void spaceTicksEverySelectedRowAndEachBecomesPending()
     {
         SubUserFixture test;

@@ -8,6 +8,8 @@
 
 #include <QTableView>
 
+#include <climits>
+
 /// The widget of a class of the kit that carries the identifier `id`, null without one.
 template <class Widget>
 Widget* byId(const QWidget* root, int id)
@@ -82,6 +84,21 @@ inline QString expiryMark(const KZ::COddEvenRowTable* table, int row, int column
                                                       : cell.data(Qt::ToolTipRole).toString();
     }
     return QStringLiteral("no such row");
+}
+
+/// How many pixels `widget` stands right of the middle of its cell in a table that is shown.
+inline int middleInCell(const KZ::COddEvenRowTable* table, int row, int column,
+                        const QWidget* widget)
+{
+    const QTableView* view = table->view();
+    for (int at = 0; at < view->model()->rowCount(); ++at) {
+        const QModelIndex cell = view->model()->index(at, column);
+        if (cell.data(KZ::COddEvenRowTable::ROW_IDENTIFIER_ROLE).toInt() == row) {
+            const int middle = view->visualRect(cell).center().x();
+            return widget->mapTo(view->viewport(), widget->rect().center()).x() - middle;
+        }
+    }
+    return INT_MAX;
 }
 
 /// Seconds of a day's first moment in the exchange time zone.
