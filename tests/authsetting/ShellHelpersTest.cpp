@@ -1,4 +1,5 @@
 #include "authsetting/services/Services.h"
+#include "authsetting/shell/AccountTextCache.h"
 #include "authsetting/shell/AccountTexts.h"
 #include "authsetting/shell/ClientDate.h"
 #include "authsetting/shell/RequestTag.h"
@@ -8,6 +9,9 @@
 #include "tests/authsetting/ShellTestTools.h"
 #include "tests/support/TestCase.h"
 #include "tests/support/fakes/FakeServices.h"
+
+#include <QElapsedTimer>
+#include <QPointer>
 
 namespace {
 
@@ -103,6 +107,62 @@ private Q_SLOTS:
         QCOMPARE(GW::brokerName(accountOf(1, 1), GW::StockRule::OnlyStockType), QString());
     }
 
+    void sharedTextsAreThoseOfEachAccountHoweverManyDiffer()
+    {
+        constexpr int many = 1000;
+        constexpr int secondsPerDay = 86400;
+        FakeServices services;
+        QVector<mbservice::CAccountInfo> accounts;
+        for (int number = 0; number < many; ++number) {
+            const QString broker = QStringLiteral("b%1").arg(number);
+            services.config.addPlatform(number, QStringLiteral("futures %1").arg(number));
+            services.config.addStkPlatform(number, QStringLiteral("stock %1").arg(number));
+            services.user.brokers.insert({number % 7, broker}, QStringLiteral("f%1").arg(number));
+            services.user.stkBrokers.insert({number % 7, broker},
+                                            QStringLiteral("s%1").arg(number));
+            mbservice::CAccountInfo account;
+            account.accountType = 1 + number % 2;
+            account.platformId = number;
+            accounts.append(account);
+            account.platformId = number % 7;
+            account.brokerId = broker.toStdString();
+            accounts.append(account);
+        }
+        for (const GW::StockRule rule :
+             {GW::StockRule::OnlyStockType, GW::StockRule::AllButFuturesType}) {
+            GW::CAccountTextCache texts(rule);
+            for (int round = 0; round < 2; ++round) {
+                for (const mbservice::CAccountInfo& account : std::as_const(accounts)) {
+                    QCOMPARE(texts.platformName(account), GW::platformName(account, rule));
+                    QCOMPARE(texts.brokerName(account), GW::brokerName(account, rule));
+                }
+                for (int day = -many; day < many; ++day)
+                    QCOMPARE(texts.grantDayText(day * secondsPerDay + day),
+                             GW::grantDayText(day * secondsPerDay + day));
+            }
+        }
+    }
+
+    void aSharedTextIsAskedForOncePerReload()
+    {
+        FakeServices services;
+        nameEverything(services);
+        mbservice::CAccountInfo account;
+        account.accountType = 1;
+        account.platformId = 1;
+        account.brokerId = "b";
+        GW::CAccountTextCache texts(GW::StockRule::OnlyStockType);
+        QCOMPARE(texts.platformName(account), QStringLiteral("期货一"));
+        QCOMPARE(texts.brokerName(account), QStringLiteral("期货公司"));
+        services.config.addPlatform(1, QStringLiteral("改名"));
+        services.user.brokers.insert({1, QStringLiteral("b")}, QStringLiteral("新名"));
+        QCOMPARE(texts.platformName(account), QStringLiteral("期货一"));
+        QCOMPARE(texts.brokerName(account), QStringLiteral("期货公司"));
+        GW::CAccountTextCache next(GW::StockRule::OnlyStockType);
+        QCOMPARE(next.platformName(account), QStringLiteral("改名"));
+        QCOMPARE(next.brokerName(account), QStringLiteral("新名"));
+    }
+
     void aGrantsDayIsTheExchangeZonesDay()
     {
         const QDateTime midnight(QDate(2026, 3, 9), QTime(0, 0), utils::exchangeTimeZone());
@@ -168,6 +228,25 @@ private Q_SLOTS:
         QCOMPARE(tip->texts(), QStringList(QStringLiteral("文字")));
         QCOMPARE(tip->kind(), 2);
         QCOMPARE(tip->anchor(), &window);
+    }
+
+    void aTipStandsBelowItsAnchorForThreeSeconds()
+    {
+        EventRecorder window;
+        window.resize(600, 400);
+        QWidget anchor(&window);
+        anchor.setGeometry(100, 50, 300, 30);
+        window.show();
+        QElapsedTimer timer;
+        timer.start();
+        GW::showResultTip(&anchor, QStringLiteral("文字"), 3);
+        const QPointer<KZ::CMessageTip> tip = KZ::CMessageTip::visibleTips().first();
+        const QPoint corner = anchor.mapToGlobal(QPoint(0, anchor.height()));
+        QCOMPARE(tip->geometry().left(), corner.x());
+        QVERIFY(tip->geometry().top() >= corner.y());
+        QTRY_VERIFY_WITH_TIMEOUT(!tip, 10000);
+        QVERIFY2(timer.elapsed() >= 2900, qPrintable(QString::number(timer.elapsed())));
+        QVERIFY2(timer.elapsed() < 8000, qPrintable(QString::number(timer.elapsed())));
     }
 };
 
