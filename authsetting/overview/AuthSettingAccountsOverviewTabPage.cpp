@@ -18,8 +18,6 @@
 
 #include <boost/bind/bind.hpp>
 
-#include <utility>
-
 namespace GW {
 
 namespace {
@@ -108,9 +106,12 @@ void CAuthSettingAccountsOverviewTabPage::reloadData()
         m_table->clear();
     m_hints = CExpiryHints();
     m_rows.clear();
+    m_grantedAccounts.clear();
     CAccountTextCache texts(StockRule::OnlyStockType);
     const CUserConfig* user = getUserConfig();
-    m_rows.reserve(user ? user->accounts.size() : 0);
+    const qsizetype most = user ? user->accounts.size() : 0;
+    m_rows.reserve(most);
+    m_grantedAccounts.reserve(static_cast<std::size_t>(most));
     // The client may change the list while its reads are under way, so it is asked at every step.
     for (qsizetype index = 0; user && index < user->accounts.size(); ++index) {
         const boost::shared_ptr<CAccount> account = user->accounts.at(index);
@@ -128,7 +129,7 @@ void CAuthSettingAccountsOverviewTabPage::addRow(const CAccount& account, const 
     if (!m_table)
         return;
     const int row = m_table->addRowBegin();
-    m_rows.append({account.authType, nullptr});
+    m_rows.append({account.authType, -1});
     m_table->setItemText(row, PlatformColumn, texts.platformName(account), true);
     m_table->setItemText(row, BrokerColumn, texts.brokerName(account));
     m_table->setItemText(row, AccountColumn, accountDisplayIDQs(account));
@@ -150,7 +151,8 @@ void CAuthSettingAccountsOverviewTabPage::fillGrant(int row, const QString& key,
     m_table->setItemText(row, StartColumn, texts.grantDayText(detail->limit.startTime));
     m_table->setItemText(row, EndColumn, texts.grantDayText(detail->limit.endTime));
     m_hints.mark(m_table, row, StateColumn, detail->limit.endTime);
-    m_rows[row].grant = std::move(detail);
+    m_rows[row].grantedAccount = static_cast<int>(m_grantedAccounts.size());
+    m_grantedAccounts.push_back(detail->account);
 }
 
 bool CAuthSettingAccountsOverviewTabPage::handleEvent(int eventId, int param1, int param2,
@@ -166,10 +168,11 @@ void CAuthSettingAccountsOverviewTabPage::cancelGrant(int row)
 {
     m_pendingRow = row;
     CAuthClient* client = getAuthClient();
-    const boost::shared_ptr<CAuthDetail> grant = m_rows.value(row).grant;
-    if (!m_table || !grant || !client)
+    const int grant = m_rows.value(row, {mbservice::AUTH_TYPE_UNKNOWN, -1}).grantedAccount;
+    if (!m_table || grant < 0 || !client)
         return;
-    const mbservice::CAccountInfo account = grant->account;
+    // A copy, because an answer may come at once and fill the rows anew.
+    const mbservice::CAccountInfo account = m_grantedAccounts[static_cast<std::size_t>(grant)];
     const QString grantee = m_table->itemText(row, GranteeColumn);
     beginRequest();
     client->delAuth(grantee, account, requestTag(this));

@@ -8,7 +8,7 @@
 #include <QVariant>
 #include <QVector>
 
-#include <boost/shared_ptr.hpp>
+#include <vector>
 
 namespace KZ {
 struct CColumnWidgetKind;
@@ -19,7 +19,6 @@ namespace GW {
 
 class CAccount;
 class CAccountTextCache;
-class CAuthDetail;
 
 /// The tab "账号总览": the user's own accounts with the grant of each, which a button in the row
 /// cancels on the server. The table's layout is kept in the user's configuration.
@@ -50,12 +49,15 @@ private:
     struct Row
     {
         mbservice::EAuthType authType;
-        /// Empty without one.
-        boost::shared_ptr<CAuthDetail> grant;
+        /// Place of its grant's account among m_grantedAccounts, -1 without a grant.
+        int grantedAccount;
     };
 
     KZ::COddEvenRowTable* m_table = nullptr;
     QVector<Row> m_rows;
+    /// The accounts of the grants as they were when the rows were filled: a cancellation goes by
+    /// what the row shows, whatever the client has learned since.
+    std::vector<mbservice::CAccountInfo> m_grantedAccounts;
     int m_pendingRow = -1;
     CExpiryHints m_hints;
 };

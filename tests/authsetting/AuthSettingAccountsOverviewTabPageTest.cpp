@@ -213,6 +213,24 @@ private Q_SLOTS:
                  std::string("from the grant"));
     }
 
+    void aCancellationGoesByWhatTheRowShowsWhateverTheClientHasLearnedSince()
+    {
+        OverviewUnderTest test;
+        const auto account = test.addGranted("11", QStringLiteral("bob"));
+        const auto grant = test.services.client.grants[account->key()];
+        grant->account.accountAlias = "as filled";
+        test.page->reloadData();
+        grant->account.accountAlias = "changed later";
+        grant->account.accountId = "12";
+        grant->grantee = QStringLiteral("carol");
+        test.services.client.grants.clear();
+        test.page->handleEvent(GW::EVENT_CANCEL_AUTH, 0, 0, QString(), nullptr);
+        QCOMPARE(test.services.client.delAuths.size(), 1);
+        QCOMPARE(test.services.client.delAuths[0].account.accountAlias, std::string("as filled"));
+        QCOMPARE(test.services.client.delAuths[0].account.accountId, std::string("11"));
+        QCOMPARE(test.services.client.delAuths[0].grantee, QStringLiteral("bob"));
+    }
+
     void cancellingARowWithoutAGrantIsHandledAndDoesNothing()
     {
         OverviewUnderTest test;
