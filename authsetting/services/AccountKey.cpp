@@ -29,7 +29,10 @@ bool isPlain(unsigned char byte)
     return plainBytes[byte];
 }
 
-/// Puts the parts of a key together in a buffer that all ordinary keys fit into.
+// Ten digits and a sign.
+constexpr qsizetype mostDigits = 11;
+
+/// Puts the parts of any key together.
 class KeyText
 {
 public:
@@ -65,11 +68,48 @@ private:
         std::copy(bytes.begin(), bytes.end(), m_bytes.begin() + size);
     }
 
-    // Ten digits and a sign.
-    static constexpr qsizetype mostDigits = 11;
-
     QVarLengthArray<char, 96> m_bytes;
 };
+
+char16_t* put(char16_t* at, qint32 number)
+{
+    std::array<char, mostDigits> digits;
+    const char* const end = std::to_chars(digits.begin(), digits.end(), number).ptr;
+    return std::copy(digits.cbegin(), end, at);
+}
+
+/// Copies `field`; null when it has a byte that does not stand for itself.
+char16_t* put(char16_t* at, const std::string& field)
+{
+    for (const char byte : field) {
+        if (!plainBytes[static_cast<unsigned char>(byte)])
+            return nullptr;
+        *at++ = static_cast<unsigned char>(byte);
+    }
+    return at;
+}
+
+/// The key of an ordinary account, null for one that needs encoding or is very long.
+QString plainKey(const mbservice::CAccountInfo& account)
+{
+    constexpr std::size_t numbersAndSeparators = 2 * mostDigits + 3;
+    std::array<char16_t, 96> units;
+    if (account.brokerId.size() > units.size() ||
+        account.accountId.size() > units.size() - numbersAndSeparators ||
+        account.brokerId.size() > units.size() - numbersAndSeparators - account.accountId.size())
+        return {};
+    char16_t* at = put(units.data(), account.platformId);
+    *at++ = separator;
+    at = put(at, account.brokerId);
+    if (!at)
+        return {};
+    *at++ = separator;
+    at = put(at, account.accountSubType);
+    *at++ = separator;
+    at = put(at, account.accountId);
+    return at ? QString(reinterpret_cast<const QChar*>(units.data()), at - units.data())
+              : QString();
+}
 
 std::string decoded(const QString& text)
 {
@@ -81,6 +121,8 @@ std::string decoded(const QString& text)
 // Every row of every reload needs its key, so the text itself is all that it allocates.
 QString genAccountKeyQs(const mbservice::CAccountInfo& account)
 {
+    if (const QString key = plainKey(account); !key.isNull())
+        return key;
     KeyText key;
     key.add(account.platformId);
     key.add(separator);
@@ -114,8 +156,11 @@ QString accountDisplayIDQs(const mbservice::CAccountInfo& account)
     const std::string& shown =
         account.accountAlias.empty() ? account.accountId : account.accountAlias;
     // Account numbers are nearly always plain, and each row of each reload shows one.
-    if (std::all_of(shown.begin(), shown.end(), isPlain))
-        return QString::fromLatin1(shown.data(), static_cast<qsizetype>(shown.size()));
+    std::array<char16_t, 32> units;
+    if (shown.size() <= units.size()) {
+        if (const char16_t* const end = put(units.data(), shown))
+            return QString(reinterpret_cast<const QChar*>(units.data()), end - units.data());
+    }
     return QString::fromStdString(shown);
 }
 
