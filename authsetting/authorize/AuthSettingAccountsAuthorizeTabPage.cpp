@@ -86,6 +86,7 @@ void CAuthSettingAccountsAuthorizeTabPage::fillTable()
     CAccountTextCache texts(StockRule::AllButFuturesType);
     const CUserConfig* user = getUserConfig();
     CAuthClient* client = getAuthClient();
+    m_accounts.reserve(user ? user->accounts.size() : 0);
     for (qsizetype index = 0; user && index < user->accounts.size(); ++index) {
         const boost::shared_ptr<CAccount> account = user->accounts.at(index);
         if (!account)

@@ -85,7 +85,8 @@ bool CRowStore::setText(int row, int column, const QString& text)
     if (!contains(row, column))
         return false;
     QString& cell = m_texts[textIndex(row, column)];
-    if (cell == text)
+    // Most texts are the first of their cell.
+    if (cell.isEmpty() ? text.isEmpty() : cell == text)
         return false;
     cell = text;
     return true;
@@ -139,6 +140,8 @@ void CRowStore::setToolTip(int row, int column, const QString& text)
 {
     if (!contains(row, column))
         return;
+    if (text.isEmpty() && m_toolTips.isEmpty())
+        return;
     if (text.isEmpty())
         m_toolTips.remove(cellKey(row, column));
     else
@@ -153,6 +156,8 @@ QString CRowStore::iconKey(int row, int column) const
 void CRowStore::setIconKey(int row, int column, const QString& key)
 {
     if (!contains(row, column))
+        return;
+    if (key.isEmpty() && m_iconKeys.isEmpty())
         return;
     if (key.isEmpty())
         m_iconKeys.remove(cellKey(row, column));

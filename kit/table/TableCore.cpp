@@ -145,11 +145,8 @@ int CTableCore::appendRow()
     return m_store.appendRow();
 }
 
-void CTableCore::cellChanged(int row, int column)
+void CTableCore::publishedCellChanged(int row, int column)
 {
-    // The rows that wait to be published are all told to the view at once.
-    if (!m_model->isPublished(row))
-        return;
     m_model->cellChanged(row, column);
     scheduleFlush();
 }

@@ -50,7 +50,12 @@ public:
 
     void clearRows();
     int appendRow();
-    void cellChanged(int row, int column);
+    void cellChanged(int row, int column)
+    {
+        // The rows that wait to be published are all told to the view at once.
+        if (m_model->isPublished(row))
+            publishedCellChanged(row, column);
+    }
     void setTick(int row, int column, const CRowStore::STick& tick);
     void setWidget(int row, int column, QWidget* widget, int alignment);
     void setFactory(int row, int column, CRowStore::SCellWidget source);
@@ -93,6 +98,7 @@ protected:
     bool event(QEvent* event) override;
 
 private:
+    void publishedCellChanged(int row, int column);
     void cellReplaced(int row, int column);
     void scheduleFlush();
     void refilter();
