@@ -12,6 +12,7 @@
 
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
 #include <utility>
 
 namespace backend {
@@ -42,6 +43,15 @@ SealedFileError encode(const Details& records, SecretBytes* payload)
     for (const auto& record : records)
         wipe(record->account.accountPrivate);
     return error;
+}
+
+QSet<QString> referencesOf(const Details& grants)
+{
+    QSet<QString> references;
+    references.reserve(grants.size());
+    for (const auto& grant : grants)
+        references.insert(grant->grantRef);
+    return references;
 }
 
 QVector<FileGrant> storeGrants(const Details& grants)
@@ -80,12 +90,9 @@ ExportError GrantFileWriter::writeUnlogged(const QString& filePath, const QStrin
 {
     if (grants.isEmpty())
         return ExportError::NoGrants;
-    QSet<QString> references;
-    for (const auto& grant : grants) {
-        if (!grant || grant->grantRef.isEmpty())
-            return ExportError::NoReference;
-        references.insert(grant->grantRef);
-    }
+    const auto hasReference = [](const auto& grant) { return grant && !grant->grantRef.isEmpty(); };
+    if (!std::all_of(grants.cbegin(), grants.cend(), hasReference))
+        return ExportError::NoReference;
     if (password.trimmed().isEmpty())
         return ExportError::EmptyPassword;
     if (filePath.contains(QChar(0)))
@@ -100,7 +107,8 @@ ExportError GrantFileWriter::writeUnlogged(const QString& filePath, const QStrin
     if (completed)
         target.setFile(filePath + QStringLiteral(".taa"));
     const QString path = target.absoluteFilePath();
-    const bool repeat = m_written.value(path) == references;
+    const auto before = m_written.constFind(path);
+    const bool repeat = before != m_written.cend() && *before == referencesOf(grants);
     const auto replace =
         completed && !repeat ? SafeFileWriter::Replace::Refused : SafeFileWriter::Replace::Allowed;
     if (replace == SafeFileWriter::Replace::Refused && (target.exists() || target.isSymLink()))
@@ -111,6 +119,8 @@ ExportError GrantFileWriter::writeUnlogged(const QString& filePath, const QStrin
     FileSealer sealer(password, m_cheap ? SealProfile::Test : SealProfile::Standard);
     SecretBytes payload;
     SealedFileError sealing = encode(recordsForFile(grants, m_userName, accounts), &payload);
+    const QVector<FileGrant> forStore = storeGrants(grants);
+    const QSet<QString> references = referencesOf(grants);
     if (sealing == SealedFileError::None)
         sealing = sealer.seal(payload.view(), &bytes);
     if (sealing != SealedFileError::None) {
@@ -122,7 +132,7 @@ ExportError GrantFileWriter::writeUnlogged(const QString& filePath, const QStrin
         *reason = writer.errorText();
         return ExportError::Write;
     }
-    const UserStore::Exported exported = m_store.commitExport(storeGrants(grants), repeat);
+    const UserStore::Exported exported = m_store.commitExport(forStore, repeat);
     if (exported.error != ExportError::None) {
         *reason = exported.reason;
         return exported.error;
