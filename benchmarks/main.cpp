@@ -72,7 +72,11 @@ int main(int argc, char** argv)
                                     QStringLiteral("build/bench/results.json"));
     QCommandLineOption memoryOf(QStringLiteral("memory-of"), QString(), QStringLiteral("side"));
     memoryOf.setFlags(QCommandLineOption::HiddenFromHelp);
-    parser.addOptions({accounts, rounds, output, memoryOf});
+    const QCommandLineOption reloadOf(
+        QStringLiteral("reload-of"),
+        QStringLiteral("Only reload this page, overview or batch, for a profiler to look at."),
+        QStringLiteral("page"));
+    parser.addOptions({accounts, rounds, output, memoryOf, reloadOf});
     parser.addPositionalArgument(
         QStringLiteral("case"),
         QStringLiteral("Measure only these: overview, batch, plain, growth, memory, "
@@ -89,6 +93,10 @@ int main(int argc, char** argv)
     }
     if (parser.isSet(memoryOf)) {
         std::printf("%.0f\n", bench::addedBytes(parser.value(memoryOf), scale.accounts));
+        return 0;
+    }
+    if (parser.isSet(reloadOf)) {
+        bench::reloadRepeatedly(parser.value(reloadOf), scale);
         return 0;
     }
     return measureAll(scale, parser.positionalArguments(), parser.value(output));

@@ -9,6 +9,8 @@ void measureOverview(const Scale& scale, Results* results);
 void measureBatchTab(const Scale& scale, Results* results);
 void measurePlainTable(const Scale& scale, Results* results);
 void measureGrowth(const Scale& scale, Results* results);
+/// Reloads "overview" or "batch" `rounds` times and measures nothing: a profiler does.
+void reloadRepeatedly(const QString& page, const Scale& scale);
 /// Each side in a process of its own, started with `--memory-of`, so that neither finds memory that
 /// the other has freed.
 void measureMemory(const Scale& scale, Results* results);

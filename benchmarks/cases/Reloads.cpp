@@ -150,6 +150,14 @@ void measureGrowth(const Scale& scale, Results* results)
                   10, sides(growth)});
 }
 
+void reloadRepeatedly(const QString& page, const Scale& scale)
+{
+    BenchServices services(scale.accounts, true);
+    const auto shown = openPage(page == QLatin1String("batch") ? batch : overview);
+    for (int round = 0; round < scale.rounds; ++round)
+        reloadMilliseconds(*shown);
+}
+
 void measureScrolling(const Scale& scale, Results* results)
 {
     BenchServices services(scale.accounts, true);
