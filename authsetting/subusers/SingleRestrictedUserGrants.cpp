@@ -1,4 +1,6 @@
 // How the single restricted user tab grants the accounts that the user prepared in its table.
+// The page's second source, because every step reads and changes what the page shows, so that a
+// class beside it would only pass each call on and back.
 
 #include "authsetting/authorize/GrantFilePrompt.h"
 #include "authsetting/authorize/SecretText.h"

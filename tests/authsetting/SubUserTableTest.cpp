@@ -241,6 +241,12 @@ private Q_SLOTS:
         test.page->reloadData();
         QCOMPARE(test.start()->date(), testToday());
         QCOMPARE(test.end()->date(), testToday().addDays(7));
+        QCOMPARE(test.start()->minimumDate(), testToday());
+        test.services.time.now = test.services.time.now.addDays(1);
+        test.page->reloadData();
+        QCOMPARE(test.start()->date(), testToday().addDays(1));
+        QCOMPARE(test.start()->minimumDate(), testToday().addDays(1));
+        QCOMPARE(test.end()->minimumDate(), testToday().addDays(1));
         test.table()->selectRow(2);
         QVERIFY(test.deliver(41));
         QCOMPARE(test.start()->date(), QDate(2026, 1, 2));
