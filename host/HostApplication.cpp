@@ -64,6 +64,9 @@ void HostApplication::showSignIn(const QString& user)
         const QVector<QString> users = DemoData::users();
         m_signIn->setUsers(QStringList(users.begin(), users.end()));
         m_signIn->setHint(QStringLiteral("演示存储，所有用户的密码：%1").arg(DemoData::password()));
+    } else if (m_storeOptions.location.isServer()) {
+        // Who types a password has to see where it goes.
+        m_signIn->setHint(QStringLiteral("服务器：%1").arg(m_storeOptions.location.displayName()));
     }
     const QString proposed = m_isDemo ? DemoData::mainUser() : m_storeOptions.location.user;
     m_signIn->setUser(user.isEmpty() ? proposed : user);

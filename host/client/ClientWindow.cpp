@@ -13,13 +13,16 @@
 #include "host/client/AuditView.h"
 #include "host/client/ConnectionView.h"
 #include "host/client/MessageArea.h"
+#include "host/client/OfflineNotice.h"
 #include "host/client/ThemeSwitch.h"
 #include "kit/resources/KitStyle.h"
 #include "kit/resources/UiResource.h"
+#include "kit/tips/MessageTip.h"
 #include "kit/widgets/MediumNormalButton.h"
 #include "kit/widgets/Menu.h"
 #include "kit/widgets/SimpleTextWidget.h"
 #include "kit/widgets/StandardTabControl.h"
+#include "kit/widgets/WidgetList.h"
 
 #include <QCloseEvent>
 #include <QMenuBar>
@@ -78,7 +81,10 @@ ClientWindow::~ClientWindow()
 void ClientWindow::buildCentre()
 {
     auto* centre = new KZ::CBaseWidget(this);
-    m_tabs = new KZ::CStandardTabControl(centre);
+    auto* list = new KZ::CWidgetList(Qt::Vertical, centre);
+    m_offlineNotice = new OfflineNotice(list);
+    list->addFixWidget(m_offlineNotice);
+    m_tabs = new KZ::CStandardTabControl(list);
     auto* splitter = new QSplitter(Qt::Vertical, m_tabs);
     splitter->setChildrenCollapsible(false);
     m_accounts = new AccountListView(splitter);
@@ -102,7 +108,8 @@ void ClientWindow::buildCentre()
     m_tabs->setCornerWidget(settings);
 
     const int margin = uiSize("gw_siz_setting_margin");
-    centre->setInnerStretchWidget(m_tabs, margin, 0, margin, 0);
+    list->addStretchWidget(m_tabs);
+    centre->setInnerStretchWidget(list, margin, 0, margin, 0);
     setCentralWidget(centre);
 
     connect(m_accounts, &AccountListView::accountChosen, m_messageArea, &MessageArea::setAccount);
@@ -171,10 +178,12 @@ void ClientWindow::buildStatusBar(const QString& storeName)
     // Nobody loses a store on his own disk.
     const backend::ConnectionState* connection = m_session->connectionState();
     if (connection->isRemote()) {
-        auto* view = new ConnectionView(statusBar());
-        view->setOnline(connection->isOnline());
-        connect(connection, &backend::ConnectionState::changed, view, &ConnectionView::setOnline);
-        statusBar()->addPermanentWidget(view);
+        m_connection = new ConnectionView(statusBar());
+        statusBar()->addPermanentWidget(m_connection);
+        connect(connection, &backend::ConnectionState::changed, this,
+                &ClientWindow::onConnectionChanged);
+        if (!connection->isOnline())
+            onConnectionChanged(false);
     }
     statusBar()->addPermanentWidget(m_clock);
 }
@@ -257,6 +266,28 @@ void ClientWindow::tick()
     if (m_shownDay.isValid() && m_shownDay != now.date())
         reload();
     m_shownDay = now.date();
+}
+
+void ClientWindow::onConnectionChanged(bool isOnline)
+{
+    m_connection->setOnline(isOnline);
+    if (isOnline)
+        m_offlineNotice->hide();
+    else
+        m_offlineNotice->showSince(m_session->timeService()->currentDateTime());
+    // The dialog covers the status bar, and blocks the way to it.
+    m_dialog->setTitle(isOnline ? QStringLiteral("授权设置")
+                                : QStringLiteral("授权设置（离线，只能查看）"));
+    const QString text = isOnline
+                             ? QStringLiteral("与服务器的连接已恢复，显示的数据已更新")
+                             : QStringLiteral("与服务器的连接已断开，正在重新连接；现在只能查看");
+    m_messages->showAccountMsg(text, QString(), GW::MSG_TYPE_SYSTEM,
+                               isOnline ? mbservice::MSG_LEVEL_INFO : mbservice::MSG_LEVEL_WARNING);
+    constexpr int note = 1;
+    constexpr int hint = 2;
+    constexpr int hundredths = 500;
+    KZ::CMessageTip::showTip(m_connection, Qt::AlignTop | Qt::AlignRight, text,
+                             isOnline ? note : hint, 2, hundredths);
 }
 
 void ClientWindow::onUiResourceChanged()

@@ -28,7 +28,9 @@ namespace host {
 class AccountListView;
 class AccountMessages;
 class AuditView;
+class ConnectionView;
 class MessageArea;
+class OfflineNotice;
 
 /// The client's window for one signed-in user: his accounts, their messages, the audit trail, and
 /// the ways into the settings dialog. It owns the session and the dialog. GUI thread only.
@@ -76,6 +78,7 @@ private:
     void takeTheme();
     void reload();
     void tick();
+    void onConnectionChanged(bool isOnline);
 
     std::unique_ptr<backend::Session> m_session;
     std::unique_ptr<AccountMessages> m_messages;
@@ -83,8 +86,11 @@ private:
     KZ::CStandardTabControl* m_tabs = nullptr;
     AccountListView* m_accounts = nullptr;
     MessageArea* m_messageArea = nullptr;
+    OfflineNotice* m_offlineNotice = nullptr;
     AuditView* m_audit = nullptr;
     KZ::CMenu* m_subUserMenu = nullptr;
+    /// Null for a store on this machine.
+    ConnectionView* m_connection = nullptr;
     KZ::CSimpleTextWidget* m_nearExpiry = nullptr;
     KZ::CSimpleTextWidget* m_clock = nullptr;
     QTimer m_clockTimer;

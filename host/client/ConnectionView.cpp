@@ -25,8 +25,7 @@ ConnectionView::ConnectionView(QWidget* parent)
 void ConnectionView::setOnline(bool isOnline)
 {
     m_isOnline = isOnline;
-    m_text->setText(isOnline ? QStringLiteral("在线")
-                             : QStringLiteral("离线：与服务器的连接已断开，正在重新连接…"));
+    m_text->setText(isOnline ? QStringLiteral("在线") : QStringLiteral("离线：正在重新连接…"));
     m_text->setTextColorKey(isOnline ? QStringLiteral("clr_success")
                                      : QStringLiteral("clr_danger"));
     setAccessibleName(m_text->text());

@@ -37,7 +37,7 @@ public:
     void setUsers(const QStringList& users);
     /// The user in the box; the cursor then waits in the password.
     void setUser(const QString& user);
-    /// A line for the demonstration store, with its password; empty hides it.
+    /// A line about the store, such as its server or the demonstration's password; empty hides it.
     void setHint(const QString& hint);
 
     /// The session of the user who has just signed in; null when taken already.

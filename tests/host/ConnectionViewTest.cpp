@@ -1,6 +1,7 @@
 #include "host/client/ConnectionView.h"
 
 #include "backend/client/ConnectionState.h"
+#include "host/client/OfflineNotice.h"
 #include "kit/resources/UiResource.h"
 #include "tests/support/TestCase.h"
 
@@ -39,6 +40,25 @@ private Q_SLOTS:
         KZ::CUiResource::setTheme(KZ::CUiResource::Theme::Light);
         QVERIFY(dark != light);
         QCOMPARE(icon(), light);
+    }
+
+    void theNoticeSaysSinceWhenAndWhatHasToWait()
+    {
+        QWidget window;
+        host::OfflineNotice notice(&window);
+        window.show();
+        QVERIFY(!notice.isVisible());
+        notice.showSince(QDateTime(QDate(2026, 3, 2), QTime(10, 30, 5)));
+        QVERIFY(notice.isVisible());
+        QVERIFY(notice.accessibleName().startsWith(QStringLiteral("离线：10:30:05")));
+        QVERIFY(notice.accessibleDescription().contains(QStringLiteral("可以照常查看")));
+        const QImage light = notice.grab().toImage();
+        KZ::CUiResource::setTheme(KZ::CUiResource::Theme::Dark);
+        const QImage dark = notice.grab().toImage();
+        KZ::CUiResource::setTheme(KZ::CUiResource::Theme::Light);
+        const QPoint ground(light.width() - 2, light.height() - 2);
+        QVERIFY(light.pixelColor(ground).lightness() > 200);
+        QVERIFY(dark.pixelColor(ground).lightness() < 100);
     }
 
     void onlyAChangeOfTheConnectionIsTold()

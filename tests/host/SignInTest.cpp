@@ -19,6 +19,7 @@ class SignInTest : public TestCase
 
 private Q_SLOTS:
     void proposesAUserAndShowsThePasswordOfTheDemonstrationOnly();
+    void showsWhichServerAPasswordGoesTo();
     void enterSignsIn();
     void wrongNameAndWrongPasswordReadAlike();
     void anEmptyPasswordAsksNobody();
@@ -86,6 +87,21 @@ void SignInTest::proposesAUserAndShowsThePasswordOfTheDemonstrationOnly()
     QCOMPARE(user(client.signInDialog())->currentText(), QStringLiteral("somebody"));
     QCOMPARE(user(client.signInDialog())->count(), 0);
     QVERIFY(!shownTexts(client.signInDialog()).contains(DemoData::password()));
+}
+
+void SignInTest::showsWhichServerAPasswordGoesTo()
+{
+    const DemoFixture demo;
+    backend::StoreOptions store = demo.options();
+    store.location =
+        backend::StoreLocation::parse(QStringLiteral("postgresql://owner@desk.example.com/trade"));
+    QVERIFY(store.location.isServer());
+    HostApplication client(host::HostOptions(), store, demo.folder());
+    // Asks the server nothing yet.
+    QCOMPARE(client.start(), QString());
+    QVERIFY(shownTexts(client.signInDialog()).contains(QStringLiteral("服务器：desk.example.com")));
+    QVERIFY(!shownTexts(client.signInDialog()).contains(DemoData::password()));
+    QCOMPARE(user(client.signInDialog())->currentText(), QStringLiteral("owner"));
 }
 
 void SignInTest::enterSignsIn()
