@@ -1,5 +1,6 @@
 #include "authsetting/services/AccountKey.h"
 #include "authsetting/services/AuthClient.h"
+#include "authsetting/services/Services.h"
 #include "authsetting/services/UserConfig.h"
 #include "authsetting/shell/AuthSettingDialog.h"
 #include "backend/store/StoreAdmin.h"
@@ -22,11 +23,15 @@
 
 #include <QLineEdit>
 #include <QProgressBar>
+#include <QSignalSpy>
 #include <QTabBar>
 #include <QTableView>
 #include <QTimeZone>
 #include <QTimer>
 #include <QTreeWidget>
+
+#include <string>
+#include <utility>
 
 using host::ClientWindow;
 using host::DemoData;
@@ -41,6 +46,7 @@ private Q_SLOTS:
     void anAccountsMenuOpensItsOwnPage();
     void aSubUsersEntryOpensHisPage();
     void closingWhileARequestIsOutLosesNothing();
+    void aLargeBatchThatIsClosedHalfWayArrivesWhole();
     void signingOutWhileARequestIsOutFinishesIt();
     void aGrantFromElsewhereGrowsTheTree();
     void theThemeChangesWhileTheDialogIsOpen();
@@ -95,19 +101,22 @@ static int rowWith(const KZ::COddEvenRowTable* table, int column, const QString&
     return -1;
 }
 
-/// Sends a server grant of the account from the open dialog's batch tab.
-static void sendBatchGrant(const QWidget* dialog, const char* accountId, const QString& grantee)
+/// Sends a server grant of the accounts, as they are shown, from the open dialog's batch tab.
+static void sendBatchGrant(const QWidget* dialog, const QStringList& accounts,
+                           const QString& grantee)
 {
     auto* tabs = visibleChild<KZ::CStandardTabControl>(dialog);
     QVERIFY(tabs);
     QVERIFY(tabs->activateTab(1));
     auto* table = visibleChild<KZ::COddEvenRowTable>(dialog);
-    const int row = rowWith(table, 3, shown(accountId));
-    QVERIFY(row >= 0);
-    auto* tick = qobject_cast<KZ::CCheckBox*>(table->itemWidget(row, 0));
-    QVERIFY(tick);
-    tick->click();
-    QVERIFY(table->isItemChecked(row, 0));
+    for (const QString& account : accounts) {
+        const int row = rowWith(table, 3, account);
+        QVERIFY(row >= 0);
+        auto* tick = qobject_cast<KZ::CCheckBox*>(table->itemWidget(row, 0));
+        QVERIFY(tick);
+        tick->click();
+        QVERIFY(table->isItemChecked(row, 0));
+    }
     auto* box = dialog->findChild<KZ::CComboBox*>(QStringLiteral("halden_batch_grantee"));
     QVERIFY(box);
     box->setEditText(grantee);
@@ -205,7 +214,9 @@ void SettingsFlowTest::closingWhileARequestIsOutLosesNothing()
     QVERIFY(QTest::qWaitForWindowExposed(window.get()));
     withDialog(
         *window, [&] { window->openSettings(201); },
-        [&] { sendBatchGrant(window->settingsDialog(), "80010001", DemoData::colleague()); });
+        [&] {
+            sendBatchGrant(window->settingsDialog(), {shown("80010001")}, DemoData::colleague());
+        });
     QVERIFY(!window->settingsDialog()->isVisible());
     // The result arrives and is told over the client's window.
     QTRY_VERIFY(tipTexts().contains(QStringLiteral("授权成功")));
@@ -225,6 +236,65 @@ void SettingsFlowTest::closingWhileARequestIsOutLosesNothing()
         });
 }
 
+void SettingsFlowTest::aLargeBatchThatIsClosedHalfWayArrivesWhole()
+{
+    constexpr int batch = 300;
+    QStringList accounts;
+    const DemoFixture demo;
+    QString error;
+    auto store = backend::StoreAdmin::open(demo.storeOptions(), &error);
+    QVERIFY2(store, qPrintable(error));
+    mbservice::CAccountInfo account = host::DemoAccount::find("80010001")->info();
+    account.accountAlias.clear();
+    for (int number = 0; number < batch; ++number) {
+        account.accountId = "large" + std::to_string(number);
+        accounts.append(QString::fromStdString(account.accountId));
+        QVERIFY(store->addAccount(DemoData::mainUser(), account));
+    }
+    QVERIFY2(store->commit(), qPrintable(store->error()));
+    const qsizetype grantsBefore = store->grants().size();
+    store.reset();
+
+    const auto window = demo.clientWindow(DemoData::mainUser());
+    window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+    QSignalSpy answers(GW::getAuthClient(), &GW::CAuthClient::sigAddAuthResult);
+    connect(GW::getAuthClient(), &GW::CAuthClient::sigAddAuthResult, window.get(), [&] {
+        if (answers.size() == batch / 2)
+            window->settingsDialog()->close();
+    });
+    withDialog(
+        *window, [&] { window->openSettings(201); },
+        [&] {
+            sendBatchGrant(window->settingsDialog(), accounts, DemoData::colleague());
+            QTRY_VERIFY(!window->settingsDialog()->isVisible());
+        });
+    QVERIFY(!window->settingsDialog()->isVisible());
+    QTRY_COMPARE(answers.size(), batch);
+    for (const QVariantList& answer : std::as_const(answers))
+        QVERIFY(answer.at(5).toBool());
+    QTRY_VERIFY(tipTexts().contains(QStringLiteral("授权成功")));
+    store = backend::StoreAdmin::open(demo.storeOptions(), &error);
+    QVERIFY2(store, qPrintable(error));
+    const auto grants = store->grants();
+    QCOMPARE(grants.size(), grantsBefore + batch);
+    for (qsizetype index = grantsBefore; index < grants.size(); ++index) {
+        QCOMPARE(grants.at(index).grantee, DemoData::colleague());
+        QCOMPARE(grants.at(index).state, backend::GrantState::Current);
+    }
+    store.reset();
+    // The next opening starts idle and shows what was granted.
+    withDialog(
+        *window, [&] { window->openSettings(201); },
+        [&] {
+            QVERIFY(!visibleChild<QProgressBar>(window->settingsDialog()));
+            auto* table = visibleChild<KZ::COddEvenRowTable>(window->settingsDialog());
+            QVERIFY(table->isEnabled());
+            const int last = rowWith(table, 2, QStringLiteral("large%1").arg(batch - 1));
+            QCOMPARE(table->itemText(last, 4), DemoData::colleague());
+        });
+}
+
 void SettingsFlowTest::signingOutWhileARequestIsOutFinishesIt()
 {
     const DemoFixture demo;
@@ -232,7 +302,9 @@ void SettingsFlowTest::signingOutWhileARequestIsOutFinishesIt()
     window->show();
     withDialog(
         *window, [&] { window->openSettings(201); },
-        [&] { sendBatchGrant(window->settingsDialog(), "80010001", DemoData::colleague()); });
+        [&] {
+            sendBatchGrant(window->settingsDialog(), {shown("80010001")}, DemoData::colleague());
+        });
     window.reset();
     QString error;
     const auto store = backend::StoreAdmin::open(demo.storeOptions(), &error);
