@@ -196,6 +196,11 @@ private Q_SLOTS:
         clock.now += 1;
         tab.finishRequest([&] { ++runs; });
         QCOMPARE(runs, 2);
+        // Nor does an answer that was shown at once put it there.
+        clock.now -= 1;
+        tab.finishRequest([&] { ++runs; });
+        QCOMPARE(runs, 2);
+        QTRY_COMPARE(runs, 3);
     }
 
     void aCompletionMayBeginAndFinishTheNextRequest()
