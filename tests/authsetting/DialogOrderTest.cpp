@@ -2,6 +2,7 @@
 #include "authsetting/overview/AuthSettingImportAuthorizationTabPage.h"
 #include "authsetting/shell/AuthSettingEvents.h"
 #include "kit/resources/UiResource.h"
+#include "kit/table/OddEvenRowTable.h"
 #include "tests/authsetting/DialogTools.h"
 #include "tests/authsetting/NotingUser.h"
 #include "tests/support/TestCase.h"
@@ -9,6 +10,7 @@
 #include <QMetaMethod>
 
 #include <climits>
+#include <memory>
 
 namespace {
 
@@ -123,6 +125,21 @@ private Q_SLOTS:
                        size("gw_siz_setting_inner_top_height")));
     }
 
+    void theChangeSignalReloadsTheTabInFrontWhicheverItIs()
+    {
+        DialogUnderTest test;
+        test.dialog.showPage(201, INT_MAX, QString(), 1);
+        KZ::CStandardTabControl* tabs = test.dialog.shownPage()->tabControl();
+        test.services.user.addAccount(1, 1, "b", "1", mbservice::AUTH_TYPE_NOT_GRANTED);
+        Q_EMIT test.services.client.sigUiUpdateAuth();
+        QCOMPARE(tabs->currentTabIndex(), 1);
+        const auto rowsOf = [tabs](int tab) {
+            return tabs->getTabWidget(tab)->findChild<KZ::COddEvenRowTable*>()->rowCount();
+        };
+        QCOMPARE(rowsOf(0), 0);
+        QCOMPARE(rowsOf(1), 1);
+    }
+
     void onlyZeroEndsTheWait()
     {
         DialogUnderTest test;
@@ -142,6 +159,28 @@ private Q_SLOTS:
         test.dialog.show();
         QVERIFY(test.dialog.handleEvent(5, 102, 1, QString(), nullptr));
         QVERIFY(test.dialog.isHidden());
+    }
+
+    void everyNameOfTheDialogsWidgetsCarriesTheModulesPrefix()
+    {
+        DialogUnderTest test;
+        test.services.user.addAccount(1, 1, "b", "1", mbservice::AUTH_TYPE_GRANTED_TO_OTHER);
+        const QVector<std::pair<int, int>> places{{201, INT_MAX}, {201, 20101},   {202, INT_MAX},
+                                                  {202, 20201},   {203, INT_MAX}, {203, 20401}};
+        for (const auto& [page, subPage] : places)
+            test.dialog.showPage(page, subPage, QString(), 0);
+        int named = 0;
+        const QList<QWidget*> widgets = test.dialog.findChildren<QWidget*>();
+        for (const QWidget* widget : widgets) {
+            const QString name = widget->objectName();
+            // Qt names the inner parts of its own widgets.
+            if (name.isEmpty() || name.startsWith(QLatin1String("qt_")) ||
+                name.startsWith(QLatin1String("Scroll")))
+                continue;
+            ++named;
+            QVERIFY2(name.startsWith(QLatin1String("halden_")), qPrintable(name));
+        }
+        QVERIFY(named > 20);
     }
 
     void theSlotsAreThoseThatOthersConnectToByName()

@@ -9,8 +9,10 @@
 #include <QFile>
 #include <QMenu>
 #include <QTemporaryDir>
+#include <QThread>
 
 #include <algorithm>
+#include <memory>
 
 namespace {
 
@@ -223,6 +225,24 @@ private Q_SLOTS:
         Q_EMIT services.fakes.client.sigValidAuth({}, {}, true, {});
         QCOMPARE(tipsAtReload, QStringList());
         QCOMPARE(tipTexts(), QStringList(QStringLiteral("导入成功！")));
+    }
+
+    void aValidationFromAnotherThreadArrivesInTheGuiThread()
+    {
+        NotedServices services;
+        const auto account =
+            services.user.addAccount(1, 1, "b", "1", mbservice::AUTH_TYPE_GRANTED_TO_ME);
+        EventRecorder dialog;
+        const GW::CAuthSettingImportAuthorizationTabPage page(&dialog);
+        const std::unique_ptr<QThread> thread(QThread::create([&] {
+            Q_EMIT services.fakes.client.sigValidAuth(account->key(), QStringLiteral("s"), true,
+                                                      {});
+        }));
+        thread->start();
+        QVERIFY(thread->wait());
+        QCOMPARE(account->accountPrivate, std::string());
+        QTRY_COMPARE(account->accountPrivate, std::string("s"));
+        QCOMPARE(page.findChild<KZ::COddEvenRowTable*>()->rowCount(), 1);
     }
 
     void aFileThatTakesLongToRefuseShowsTheResultFirst()
