@@ -16,7 +16,7 @@ QStringList textsOf(const QJsonValue& row)
 {
     QStringList texts;
     const QJsonArray cells = row.toArray();
-    for (const QJsonValue& cell : cells)
+    for (const auto& cell : cells)
         texts.append(cell.toString());
     return texts;
 }
@@ -33,7 +33,8 @@ Desk::Desk(const DesksFixture& fixture, QString user, quint16 port, int page)
         arguments += {QStringLiteral("--page"), QString::number(page)};
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     // While the test waits for anything, so that no desk ever waits for its reader.
-    QObject::connect(&m_process, &QProcess::readyReadStandardOutput, [this] { read(); });
+    QObject::connect(&m_process, &QProcess::readyReadStandardOutput, &m_process,
+                     [this] { read(); });
     m_process.start(QStringLiteral(DESK_PROGRAM), arguments);
 }
 
@@ -143,7 +144,7 @@ QStringList Desk::row(const char* table, int account) const
 {
     QList<QStringList> found;
     const QJsonArray rows = m_shown[QLatin1String(table)].toArray();
-    for (const QJsonValue& row : rows) {
+    for (const auto& row : rows) {
         const QStringList texts = textsOf(row);
         if (texts.contains(QString::number(account)))
             found.append(texts);
@@ -155,7 +156,7 @@ QStringList Desk::outcomes(const char* table, int numberColumn, int otherSideCol
 {
     QStringList found;
     const QJsonArray rows = m_shown[QLatin1String(table)].toArray();
-    for (const QJsonValue& row : rows) {
+    for (const auto& row : rows) {
         const QStringList texts = textsOf(row);
         found.append(texts.value(numberColumn) + QLatin1Char('|') + texts.value(otherSideColumn));
     }
