@@ -162,7 +162,7 @@ bool RecordAdder::holdsSecrets() const
 QString RecordAdder::add(const CsvHeader& header, const CsvRecord& record,
                          backend::StoreAdmin& store) const
 {
-    const QString problem = header.problem(record);
+    QString problem = header.problem(record);
     if (!problem.isEmpty())
         return problem;
     Fields fields(header, record);

@@ -79,7 +79,7 @@ double exportGrants(const Grants& grants, const backend::AccountSnapshot& accoun
 double sealRaw(const QByteArray& payload)
 {
     constexpr unsigned long long passes = 3;
-    constexpr std::size_t memory = 64 * 1024 * 1024;
+    constexpr std::size_t memory = std::size_t{64} * 1024 * 1024;
     const QByteArray password("a password");
     unsigned char salt[crypto_pwhash_SALTBYTES];
     unsigned char nonce[crypto_aead_xchacha20poly1305_ietf_NPUBBYTES];

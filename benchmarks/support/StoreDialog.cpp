@@ -7,6 +7,8 @@
 #include "utils/Clock.h"
 
 #include <QAction>
+#include <QCoreApplication>
+#include <QEventLoop>
 
 namespace bench {
 

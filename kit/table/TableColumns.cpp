@@ -23,7 +23,7 @@ constexpr int MEASURED_ROWS = 40;
 constexpr int WIDEST_TEXT = 240;
 constexpr qsizetype MEASURED_LENGTH = 64;
 /// Texts per column that are known to fit.
-constexpr qsizetype MOST_MEASURED = 4 * MEASURED_ROWS;
+constexpr qsizetype MOST_MEASURED = qsizetype{4} * MEASURED_ROWS;
 
 } // namespace
 

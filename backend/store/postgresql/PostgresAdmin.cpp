@@ -93,7 +93,7 @@ void PostgresAdmin::readNames()
 
 QString PostgresAdmin::knownUser(const QString& name) const
 {
-    const QString stored = name.normalized(QString::NormalizationForm_C);
+    QString stored = name.normalized(QString::NormalizationForm_C);
     if (!m_users.contains(stored))
         throw AdminProblem{QStringLiteral("用户“%1”不存在").arg(name)};
     return stored;

@@ -113,7 +113,7 @@ QString refusalOf(const ServerAddress& address)
         return {};
     // The code instead of a text in the server's language.
     PQsetErrorVerbosity(connection.get(), PQERRORS_SQLSTATE);
-    const QDeadlineTimer deadline(std::chrono::seconds(ServerAddress::connectTimeout));
+    const QDeadlineTimer deadline{std::chrono::seconds{ServerAddress::connectTimeout}};
     PostgresPollingStatusType state = PGRES_POLLING_WRITING;
     while (state == PGRES_POLLING_READING || state == PGRES_POLLING_WRITING) {
         if (!waitFor(PQsocket(connection.get()), state == PGRES_POLLING_WRITING, deadline))

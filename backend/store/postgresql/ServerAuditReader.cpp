@@ -12,7 +12,7 @@ namespace {
 
 QString detailText(const QSqlQuery& row)
 {
-    const QString code = row.value(9).toString();
+    QString code = row.value(9).toString();
     if (code == QStringLiteral("enabled"))
         return QStringLiteral("启用");
     if (code == QStringLiteral("disabled"))
@@ -21,9 +21,9 @@ QString detailText(const QSqlQuery& row)
         return QStringLiteral("新建");
     if (row.isNull(6))
         return code;
-    const QString days = QStringLiteral("%1 至 %2")
-                             .arg(row.value(6).toDate().toString(Qt::ISODate),
-                                  row.value(7).toDate().toString(Qt::ISODate));
+    QString days = QStringLiteral("%1 至 %2")
+                       .arg(row.value(6).toDate().toString(Qt::ISODate),
+                            row.value(7).toDate().toString(Qt::ISODate));
     if (row.isNull(8))
         return days;
     return QStringLiteral("%1，可用保证金比例 %2%")

@@ -65,7 +65,7 @@ QString readUrl(const QString& text, StoreLocation* location)
         return QStringLiteral("端口不可用。");
     const auto options = QUrlQuery(url).queryItems(QUrl::FullyDecoded);
     for (const auto& [name, value] : options) {
-        const QString problem = readOption(name, value, location);
+        QString problem = readOption(name, value, location);
         if (!problem.isEmpty())
             return problem;
     }
