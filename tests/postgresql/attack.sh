@@ -5,6 +5,7 @@
 # for a mistake in it. Run by with-postgresql.sh; an argument runs only the attempts whose title
 # contains it.
 set -euo pipefail
+# shellcheck source=tests/postgresql/store-fixture.sh
 . "$(dirname "${BASH_SOURCE[0]}")/store-fixture.sh"
 new_store
 work=$(mktemp -d)

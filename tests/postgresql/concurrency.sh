@@ -2,6 +2,7 @@
 # Two and more sessions at the same moment: who wins, who waits, who reads why. Run by
 # with-postgresql.sh.
 set -euo pipefail
+# shellcheck source=tests/postgresql/store-fixture.sh
 . "$(dirname "${BASH_SOURCE[0]}")/store-fixture.sh"
 new_store
 work=$(mktemp -d)

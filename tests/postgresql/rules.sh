@@ -2,6 +2,7 @@
 # What the server decides about requests, alone and among others of their burst, day by day. Run by
 # with-postgresql.sh.
 set -euo pipefail
+# shellcheck source=tests/postgresql/store-fixture.sh
 . "$(dirname "${BASH_SOURCE[0]}")/store-fixture.sh"
 new_store
 # A quarter to midnight and a quarter past it in the exchange time zone, on the same day in UTC.

@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # A store with a few people, for scripts that with-postgresql.sh runs. Sourced.
 #
 #   alice    owns accounts: one granted to bob on the server, one by a file that bob has not redeemed,
