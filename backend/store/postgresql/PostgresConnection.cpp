@@ -103,14 +103,16 @@ pg_conn* PostgresConnection::handle() const
 void PostgresConnection::call(const QString& sql, const QVariantList& values,
                               std::chrono::milliseconds time, const OnRow& onRow)
 {
+    if (m_isOpen)
+        dropIfLost();
     if (!m_isOpen)
         throw PostgresError({StoreFailure::Kind::Offline, QStringLiteral("not connected")}, {});
     QSqlError error;
     {
         const ConnectionWatchdog::Guard guard(m_watchdog, time);
         const QSqlDatabase database = QSqlDatabase::database(m_name, false);
+        // Not forward only: rows that come one by one are there before the commit is.
         QSqlQuery query(database);
-        query.setForwardOnly(true);
         if (!query.exec(withLiterals(sql, values, *database.driver())))
             error = query.lastError();
         else

@@ -32,7 +32,8 @@ public:
     bool isOpen() const { return m_isOpen; }
 
     using OnRow = std::function<void(const QSqlQuery& row)>;
-    /// Runs `sql` with `values` in the place of its question marks, and hands out each row.
+    /// Runs `sql` with `values` in the place of its question marks, and hands out each row once all
+    /// of it is done and committed.
     void call(const QString& sql, const QVariantList& values, std::chrono::milliseconds time,
               const OnRow& onRow = {});
 
