@@ -35,6 +35,20 @@ QString StoreFailure::text() const
         return QStringLiteral("用户名或密码错误");
     case Kind::Disabled:
         return QStringLiteral("用户已被禁用，请联系管理人");
+    case Kind::Unreachable:
+        return QStringLiteral("无法连接服务器，请检查地址和网络后重试");
+    case Kind::Untrusted:
+        return QStringLiteral("无法确认服务器的身份，没有登录：证书不可信或与地址不符");
+    case Kind::Unencrypted:
+        return QStringLiteral("服务器不支持加密连接，没有登录，请联系管理人");
+    case Kind::NoAuthority:
+        return QStringLiteral("无法读取确认服务器身份所用的证书文件，没有登录");
+    case Kind::NotAdmitted:
+        return QStringLiteral("服务器不允许从这台机器登录，请联系管理人");
+    case Kind::Crowded:
+        return QStringLiteral("服务器的连接数已满，请稍后重试");
+    case Kind::NotPrepared:
+        return QStringLiteral("服务器上的授权数据库尚未建立或版本过旧，请联系管理人");
     case Kind::Other:
         break;
     }

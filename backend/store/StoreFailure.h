@@ -32,6 +32,20 @@ struct StoreFailure
         WrongLogin,
         /// The server does not let this user in any more.
         Disabled,
+        /// No server answers at that address.
+        Unreachable,
+        /// The server's certificate is not from a trusted authority, or bears another name.
+        Untrusted,
+        /// The server cannot encrypt, which the address asks for.
+        Unencrypted,
+        /// The file of trusted authorities cannot be read.
+        NoAuthority,
+        /// The server takes nobody from there, whatever the name.
+        NotAdmitted,
+        /// The server has as many connections as it can have.
+        Crowded,
+        /// The server's database has no store in it, or one of an older program.
+        NotPrepared,
         Other,
     };
 

@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QProcess>
+#include <QTest>
 
 using backend::StoreAdmin;
 using backend::StoreOptions;
@@ -141,6 +142,14 @@ bool DesksFixture::startServer() const
     const QString log = qEnvironmentVariable("AUTHSETTING_TEST_PGDATA") + QStringLiteral("/log");
     return runAsServer({QStringLiteral("start"), QStringLiteral("-l"), log, QStringLiteral("-o"),
                         QStringLiteral("-p %1").arg(serverPort())});
+}
+
+bool DesksFixture::reloadServer() const
+{
+    const QString loaded = QStringLiteral("SELECT pg_conf_load_time()");
+    const QStringList before = query(loaded);
+    return runAsServer({QStringLiteral("reload")}) &&
+           QTest::qWaitFor([&] { return query(loaded) != before; }, 10'000);
 }
 
 bool DesksFixture::restartServer() const

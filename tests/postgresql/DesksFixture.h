@@ -35,6 +35,8 @@ public:
     bool restartServer() const;
     bool stopServer() const;
     bool startServer() const;
+    /// Lets the server read its settings again; they hold for whoever connects afterwards.
+    bool reloadServer() const;
     static quint16 serverPort();
 
     /// Runs `sql` as the superuser; its rows, with | between the columns.

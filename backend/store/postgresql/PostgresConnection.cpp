@@ -1,6 +1,7 @@
 #include "backend/store/postgresql/PostgresConnection.h"
 
 #include "backend/store/postgresql/PostgresError.h"
+#include "backend/store/postgresql/ServerProbe.h"
 #include "backend/store/postgresql/ServerTimes.h"
 
 #include <QSocketNotifier>
@@ -77,10 +78,8 @@ void PostgresConnection::open()
     if (!database.open()) {
         const QString detail = database.lastError().text().simplified();
         database.close();
-        const QString code = refusalOf(m_address);
-        throw PostgresError(
-            {code.isEmpty() ? StoreFailure::Kind::Offline : PostgresError::kindOf(code), detail},
-            code);
+        const ServerRefusal refusal = refusalOf(m_address);
+        throw PostgresError({refusal.kind, detail}, refusal.sqlState);
     }
     m_isOpen = true;
     m_watchdog.watch(PQsocket(handle()));

@@ -4,6 +4,7 @@
 #include "backend/store/postgresql/LoginName.h"
 #include "backend/store/postgresql/ReplyEffects.h"
 #include "backend/store/postgresql/ServerAuditReader.h"
+#include "backend/store/postgresql/ServerMigrations.h"
 #include "backend/store/postgresql/ServerModelReader.h"
 #include "backend/store/postgresql/ServerTimes.h"
 #include "utils/LogCenter.h"
@@ -41,6 +42,15 @@ QString textArray(const QStringList& references)
     return QLatin1Char('{') + references.join(QLatin1Char(',')) + QLatin1Char('}');
 }
 
+void checkSchema(int version)
+{
+    using Kind = StoreFailure::Kind;
+    const int known = ServerMigrations::currentVersion();
+    if (version != known)
+        throw StoreError({version > known ? Kind::NewerSchema : Kind::NotPrepared,
+                          QStringLiteral("schema %1 instead of %2").arg(version).arg(known)});
+}
+
 void logFailure(const StoreFailure& failure)
 {
     utils::CLogCenter::error(failure.text() + QStringLiteral(" [") + failure.detail +
@@ -75,12 +85,16 @@ StoreFailure PostgresStore::open()
             wakeUp();
         });
         QDate today;
-        m_link->look(QStringLiteral("SELECT user_id, user_name, today FROM authsetting.sign_in()"),
-                     {}, [&](const QSqlQuery& row) {
-                         m_model.userId = row.value(0).toLongLong();
-                         m_model.userName = row.value(1).toString();
-                         today = row.value(2).toDate();
-                     });
+        int schema = 0;
+        m_link->look(
+            QStringLiteral("SELECT user_id, user_name, today, schema FROM authsetting.sign_in()"),
+            {}, [&](const QSqlQuery& row) {
+                m_model.userId = row.value(0).toLongLong();
+                m_model.userName = row.value(1).toString();
+                today = row.value(2).toDate();
+                schema = row.value(3).toInt();
+            });
+        checkSchema(schema);
         settleIfDue(today);
         readModel(-1);
     });

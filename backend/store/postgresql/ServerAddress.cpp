@@ -1,48 +1,8 @@
 #include "backend/store/postgresql/ServerAddress.h"
 
-#include <QDeadlineTimer>
-#include <QRegularExpression>
 #include <QStringList>
 
-#include <chrono>
-#include <libpq-fe.h>
-#include <memory>
-#include <poll.h>
-
 namespace backend {
-
-namespace {
-
-struct ConnectionCloser
-{
-    void operator()(PGconn* connection) const { PQfinish(connection); }
-};
-
-// The parameters in the shape that libpq takes; they live as long as `values`.
-struct ParameterArrays
-{
-    explicit ParameterArrays(const ServerAddress& address) : values(address.parameters())
-    {
-        for (const auto& [name, value] : std::as_const(values)) {
-            names.append(name.constData());
-            texts.append(value.constData());
-        }
-        names.append(nullptr);
-        texts.append(nullptr);
-    }
-
-    QVector<std::pair<QByteArray, QByteArray>> values;
-    QVector<const char*> names;
-    QVector<const char*> texts;
-};
-
-bool waitFor(int socket, bool writable, const QDeadlineTimer& deadline)
-{
-    pollfd waiting = {socket, static_cast<short>(writable ? POLLOUT : POLLIN), 0};
-    return ::poll(&waiting, 1, static_cast<int>(deadline.remainingTime())) > 0;
-}
-
-} // namespace
 
 ServerAddress::ServerAddress(const StoreOptions& options)
     : m_location(options.location), m_password(options.credential)
@@ -96,34 +56,6 @@ QVector<std::pair<QByteArray, QByteArray>> ServerAddress::parameters() const
     for (const auto& [name, value] : others)
         add(name, value);
     return all;
-}
-
-bool isServerThere(const ServerAddress& address)
-{
-    const ParameterArrays parameters(address);
-    return PQpingParams(parameters.names.constData(), parameters.texts.constData(), 0) == PQPING_OK;
-}
-
-QString refusalOf(const ServerAddress& address)
-{
-    const ParameterArrays parameters(address);
-    const std::unique_ptr<PGconn, ConnectionCloser> connection(
-        PQconnectStartParams(parameters.names.constData(), parameters.texts.constData(), 0));
-    if (!connection)
-        return {};
-    // The code instead of a text in the server's language.
-    PQsetErrorVerbosity(connection.get(), PQERRORS_SQLSTATE);
-    const QDeadlineTimer deadline{std::chrono::seconds{ServerAddress::connectTimeout}};
-    PostgresPollingStatusType state = PGRES_POLLING_WRITING;
-    while (state == PGRES_POLLING_READING || state == PGRES_POLLING_WRITING) {
-        if (!waitFor(PQsocket(connection.get()), state == PGRES_POLLING_WRITING, deadline))
-            return {};
-        state = PQconnectPoll(connection.get());
-    }
-    if (state == PGRES_POLLING_OK)
-        return {};
-    static const QRegularExpression code(QStringLiteral("\\b([0-9A-Z]{5})\\s*$"));
-    return code.match(QString::fromUtf8(PQerrorMessage(connection.get()))).captured(1);
 }
 
 } // namespace backend

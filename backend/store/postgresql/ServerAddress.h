@@ -36,11 +36,4 @@ private:
     QString m_password;
 };
 
-/// Whether the server behind `address` answers at all; takes connectTimeout at most. Any thread.
-bool isServerThere(const ServerAddress& address);
-
-/// The server's code for why it lets `address` not in, whatever language it speaks; empty when it
-/// does not answer within connectTimeout. Any thread.
-QString refusalOf(const ServerAddress& address);
-
 } // namespace backend

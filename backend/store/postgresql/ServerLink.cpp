@@ -1,5 +1,6 @@
 #include "backend/store/postgresql/ServerLink.h"
 
+#include "backend/store/postgresql/ServerProbe.h"
 #include "backend/store/postgresql/ServerTimes.h"
 #include "utils/LogCenter.h"
 
@@ -20,7 +21,14 @@ ServerLink::~ServerLink() = default;
 void ServerLink::open(std::function<void()> onNotice)
 {
     m_onNotice = std::move(onNotice);
-    connect();
+    try {
+        connect();
+    } catch (const PostgresError& error) {
+        // Nothing was there that could have been lost.
+        if (error.isConnectionLost())
+            throw PostgresError({StoreFailure::Kind::Unreachable, error.failure().detail}, {});
+        throw;
+    }
     m_isOnline = true;
 }
 

@@ -1,6 +1,7 @@
 #include "backend/store/postgresql/ServerMigrations.h"
 
 #include "backend/store/postgresql/PostgresError.h"
+#include "backend/store/postgresql/ServerProbe.h"
 
 #include <QDir>
 #include <QFile>
@@ -47,11 +48,12 @@ Connection connected(const ServerAddress& address)
     values.append(nullptr);
     Connection connection(PQconnectdbParams(names.constData(), values.constData(), 0), &PQfinish);
     if (PQstatus(connection.get()) != CONNECTION_OK) {
-        const QString code = refusalOf(address);
-        throw PostgresError(
-            {code.isEmpty() ? StoreFailure::Kind::Offline : PostgresError::kindOf(code),
-             QString::fromUtf8(PQerrorMessage(connection.get())).simplified()},
-            code);
+        const ServerRefusal refusal = refusalOf(address);
+        throw PostgresError({refusal.kind == StoreFailure::Kind::Offline
+                                 ? StoreFailure::Kind::Unreachable
+                                 : refusal.kind,
+                             QString::fromUtf8(PQerrorMessage(connection.get())).simplified()},
+                            refusal.sqlState);
     }
     return connection;
 }

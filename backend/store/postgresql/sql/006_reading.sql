@@ -37,7 +37,7 @@ CREATE TYPE authsetting.model_row AS (
 -- Notes that the caller signed in and tells who he is.
 CREATE FUNCTION authsetting.sign_in()
 RETURNS TABLE (user_id bigint, user_name text, enabled boolean, version bigint, today date,
-               exchange_zone text)
+               exchange_zone text, schema integer)
 LANGUAGE sql VOLATILE SECURITY DEFINER
 SET search_path = pg_catalog, authsetting, pg_temp SET row_security = on SET jit = off
 AS $$
@@ -51,8 +51,8 @@ AS $$
         FROM me
     )
     SELECT me.id, me.name, me.enabled, me.data_version,
-           authsetting.exchange_day(authsetting.server_time()), s.exchange_zone
-    FROM me, authsetting.settings AS s
+           authsetting.exchange_day(authsetting.server_time()), s.exchange_zone, v.version
+    FROM me, authsetting.settings AS s, authsetting.schema_version AS v
 $$;
 
 -- The cheap question whether anything has changed: version grows with every change of what the
