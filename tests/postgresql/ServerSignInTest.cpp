@@ -1,5 +1,6 @@
 #include "backend/store/PasswordHash.h"
 #include "backend/store/postgresql/LoginName.h"
+#include "backend/store/postgresql/PostgresConnection.h"
 #include "backend/store/postgresql/ServerProbe.h"
 #include "tests/postgresql/DesksFixture.h"
 #include "tests/postgresql/ServerGate.h"
@@ -190,6 +191,20 @@ private Q_SLOTS:
         // Logins outlive the database.
         fixture.query(
             QStringLiteral("ALTER ROLE \"%1\" CONNECTION LIMIT -1").arg(backend::loginName(alice)));
+    }
+
+    void aLockThatAUserHoldsDoesNotKeepTheAdministratorOut()
+    {
+        DesksFixture fixture;
+        QVERIFY(fixture.fill(1));
+        StoreOptions login = fixture.options();
+        login.location.user = backend::loginName(alice);
+        login.credential = backend::passwordDigest(right);
+        backend::PostgresConnection user(login);
+        user.open();
+        user.call(QStringLiteral("SELECT pg_advisory_lock(hashtext('authsetting migrations'))"), {},
+                  std::chrono::seconds(10));
+        QVERIFY(fixture.admin());
     }
 
     void theAdministratorComesThroughTheSocketOfHisMachine()

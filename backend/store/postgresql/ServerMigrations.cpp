@@ -75,6 +75,26 @@ QString run(PGconn* connection, const QByteArray& sql)
                                        : QString();
 }
 
+bool hasSchema(PGconn* connection)
+{
+    return !run(connection, "SELECT to_regclass('authsetting.schema_version')").isEmpty();
+}
+
+int readVersion(PGconn* connection)
+{
+    return hasSchema(connection)
+               ? run(connection, "SELECT version FROM authsetting.schema_version").toInt()
+               : 0;
+}
+
+// Two administrators take turns, by a lock that no other login can hold once there are any.
+void takeTurn(PGconn* connection)
+{
+    run(connection, hasSchema(connection)
+                        ? "LOCK TABLE authsetting.schema_version IN EXCLUSIVE MODE"
+                        : "SELECT pg_advisory_xact_lock(hashtext('authsetting migrations'))");
+}
+
 void ignoreNotice(void*, const PGresult*) {}
 
 } // namespace
@@ -89,13 +109,13 @@ void ServerMigrations::apply() const
     const Connection connection = connected(m_address);
     PQsetNoticeReceiver(connection.get(), ignoreNotice, nullptr);
     const QStringList files = migrationFiles();
+    // Before any lock, so that nobody who holds one keeps an up-to-date store from being opened.
+    if (readVersion(connection.get()) == files.size())
+        return;
     // Destroying the connection rolls back what was not committed.
     run(connection.get(), "BEGIN");
-    // Two administrators take turns.
-    run(connection.get(), "SELECT pg_advisory_xact_lock(hashtext('authsetting migrations'))");
-    int version = 0;
-    if (!run(connection.get(), "SELECT to_regclass('authsetting.schema_version')").isEmpty())
-        version = run(connection.get(), "SELECT version FROM authsetting.schema_version").toInt();
+    takeTurn(connection.get());
+    const int version = readVersion(connection.get());
     if (version > files.size())
         throw PostgresError({StoreFailure::Kind::NewerSchema, QString::number(version)}, {});
     if (version == files.size())

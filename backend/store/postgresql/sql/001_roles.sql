@@ -34,6 +34,9 @@ END
 $$;
 
 REVOKE ALL ON SCHEMA public FROM PUBLIC;
+-- Large objects are nobody's business here, and would fill the disk.
+REVOKE EXECUTE ON FUNCTION pg_catalog.lo_create(oid), pg_catalog.lo_creat(integer),
+    pg_catalog.lo_from_bytea(oid, bytea) FROM PUBLIC;
 CREATE SCHEMA authsetting AUTHORIZATION authsetting_owner;
 CREATE SCHEMA authsetting_accounts AUTHORIZATION authsetting_accounts_manager;
 GRANT USAGE ON SCHEMA authsetting TO authsetting_user, authsetting_accounts_manager;
