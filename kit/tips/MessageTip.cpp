@@ -119,6 +119,8 @@ CMessageTip::CMessageTip(QWidget* window, QWidget* anchor, int alignment)
     connect(m_body, &CTipBody::copyRequested, this, &CMessageTip::copyTexts);
     for (QTimer* const timer : {&m_refreshTimer, &m_arrangeTimer, &m_closeTimer})
         timer->setSingleShot(true);
+    // A coarse timer may run out a twentieth too early, and the texts are promised their time.
+    m_closeTimer.setTimerType(Qt::PreciseTimer);
     connect(&m_refreshTimer, &QTimer::timeout, this, &CMessageTip::refresh);
     connect(&m_arrangeTimer, &QTimer::timeout, this, &CMessageTip::arrange);
     connect(&m_closeTimer, &QTimer::timeout, this, &CMessageTip::onClockRunOut);

@@ -245,7 +245,7 @@ private Q_SLOTS:
         QCOMPARE(tip->geometry().left(), corner.x());
         QVERIFY(tip->geometry().top() >= corner.y());
         QTRY_VERIFY_WITH_TIMEOUT(!tip, 10000);
-        QVERIFY2(timer.elapsed() >= 2900, qPrintable(QString::number(timer.elapsed())));
+        QVERIFY2(timer.elapsed() >= 3000, qPrintable(QString::number(timer.elapsed())));
         QVERIFY2(timer.elapsed() < 8000, qPrintable(QString::number(timer.elapsed())));
     }
 };

@@ -127,7 +127,7 @@ void MessageTipTest::severalHintsCloseAfterAllTheirDurations()
     show(QStringLiteral("授权开始时间晚于结束时间"), 2, 20);
     QVERIFY(!only()->isLasting());
     QTRY_VERIFY(CMessageTip::visibleTips().isEmpty());
-    QVERIFY(elapsed.elapsed() >= 380);
+    QVERIFY(elapsed.elapsed() >= 400);
 }
 
 void MessageTipTest::thePointerKeepsItOpen()
@@ -216,9 +216,9 @@ void MessageTipTest::tenThousandTipsCostLittle()
     QTRY_COMPARE(body(tip)->document()->blockCount(), 10'000);
     QVERIFY(tip->accessibleName().contains(QStringLiteral("账户 9999 ")));
     qInfo("burst %lld ms, shown after %lld ms", burst, elapsed.elapsed());
-    // Sanitizers slow this down many times; quadratic work would still take far longer.
-    QVERIFY(burst < 2000);
-    QVERIFY(elapsed.elapsed() < 5000);
+    // Sanitizers and a loaded machine slow this down many times; quadratic work would take minutes.
+    QVERIFY(burst < 30'000);
+    QVERIFY(elapsed.elapsed() < 30'000);
 }
 
 void MessageTipTest::hostileTextsAreShownAsPlainText()
@@ -237,7 +237,7 @@ void MessageTipTest::hostileTextsAreShownAsPlainText()
     const QString huge(1'000'000, QLatin1Char('x'));
     show(huge);
     QCOMPARE(only()->texts(), QStringList(huge));
-    QVERIFY(elapsed.elapsed() < 2000);
+    QVERIFY(elapsed.elapsed() < 30'000);
     QVERIFY(m_window->screen()->availableGeometry().contains(only()->geometry()));
     CMessageTip::closeAll();
 
@@ -263,7 +263,7 @@ void MessageTipTest::durationsAreHundredthsOfASecond()
     elapsed.start();
     show(QStringLiteral("半秒"), 3, 50);
     QTRY_VERIFY(CMessageTip::visibleTips().isEmpty());
-    QVERIFY(elapsed.elapsed() >= 490);
+    QVERIFY(elapsed.elapsed() >= 500);
 }
 
 void MessageTipTest::withoutADurationItStays()

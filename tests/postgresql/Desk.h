@@ -34,7 +34,7 @@ public:
     bool leave();
 
     /// Waits until `condition` holds of what is shown; says what is shown when it does not.
-    bool await(const Condition& condition, int timeoutMs = 20'000);
+    bool await(const Condition& condition, int timeoutMs = 60'000);
 
     QString text(const char* what) const;
     QStringList texts(const char* what) const;

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int lookIntervalMs = 50;
 constexpr int actIntervalMs = 10;
-constexpr int patienceMs = 10'000;
+constexpr int patienceMs = 30'000;
 constexpr qsizetype chunk = 65536;
 
 } // namespace

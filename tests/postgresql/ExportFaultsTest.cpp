@@ -21,7 +21,8 @@ namespace {
 const QString alice = QStringLiteral("alice");
 const QString bob = QStringLiteral("bob");
 
-constexpr int offlineBound = 15'000;
+// With what a loaded machine may add before the test sees it.
+constexpr int offlineBound = 15'000 + 5'000;
 
 // A grant that has been prepared for a file, as a page has it afterwards.
 boost::shared_ptr<GW::CAuthDetail> prepare(Session& session, int number)
@@ -96,7 +97,7 @@ private Q_SLOTS:
         timer.restart();
         QCOMPARE(session->authClient()->exportAuth(path, QStringLiteral("pw"), {grant}),
                  static_cast<int>(ExportError::Store));
-        QVERIFY2(timer.elapsed() < 5000, qPrintable(QString::number(timer.elapsed())));
+        QVERIFY2(timer.elapsed() < 8000, qPrintable(QString::number(timer.elapsed())));
 
         proxy.pass();
         proxy.cut();
