@@ -13,6 +13,8 @@ target_compile_definitions(
               QT_NO_URL_CAST_FROM_STRING
               QT_NO_CAST_FROM_BYTEARRAY
               QT_USE_QSTRINGBUILDER
+              # What the oldest supported Qt already discourages is not there at all.
+              QT_DISABLE_DEPRECATED_BEFORE=0x060400
               # Boost.Bind's global placeholders would warn on every include.
               BOOST_BIND_GLOBAL_PLACEHOLDERS)
 if(AUTHSETTING_SANITIZE)

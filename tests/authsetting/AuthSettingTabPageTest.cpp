@@ -235,10 +235,10 @@ private Q_SLOTS:
     {
         EventRecorder dialog;
         SomeTabPage tab(&dialog);
-        QVERIFY_EXCEPTION_THROWN(tab.finishRequest(boost::function<void()>()),
-                                 boost::bad_function_call);
+        QVERIFY_THROWS_EXCEPTION(boost::bad_function_call,
+                                 tab.finishRequest(boost::function<void()>()));
         QCOMPARE(dialog.of(GW::EVENT_SET_WAITING).size(), 1);
-        QVERIFY_EXCEPTION_THROWN(tab.slotTimerEnable(), boost::bad_function_call);
+        QVERIFY_THROWS_EXCEPTION(boost::bad_function_call, tab.slotTimerEnable());
         QCOMPARE(dialog.of(GW::EVENT_SET_WAITING).size(), 2);
     }
 
