@@ -9,7 +9,7 @@ namespace GW {
 
 /// The key that identifies an account system-wide, made of the four fields that identify it
 /// (platform, broker, sub-type, number). Two records have equal keys exactly when they denote the
-/// same account.
+/// same account. May be called from any thread, like the two below.
 AUTHSETTING_EXPORT QString genAccountKeyQs(const mbservice::CAccountInfo& account);
 
 /// The record behind `key` with the four identifying fields filled and the others at their

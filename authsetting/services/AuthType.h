@@ -23,10 +23,11 @@ enum EAuthType : int {
 namespace GW {
 
 /// Text of an authorization state; a non-empty `user` is appended in brackets as the other side
-/// of the grant.
+/// of the grant. May be called from any thread.
 AUTHSETTING_EXPORT QString authTypeToString(mbservice::EAuthType type, QString user);
 
 /// Colour resource key for the text of a state; a string with static storage, never null.
+/// May be called from any thread.
 AUTHSETTING_EXPORT const char* authTypeToColorKey(mbservice::EAuthType type);
 
 } // namespace GW

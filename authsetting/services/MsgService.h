@@ -17,7 +17,8 @@ public:
     CMsgService& operator=(const CMsgService&) = delete;
     virtual ~CMsgService();
 
-    /// Shows `text` among the messages of the account behind `accountKey`. Returns 0 when shown.
+    /// Shows `text` among the messages of the account behind `accountKey`. Returns 0 when shown;
+    /// the dialog goes on in any case.
     virtual int showAccountMsg(QString text, QString accountKey, EMsgTypeDef type,
                                mbservice::MsgLevel level) = 0;
 };

@@ -15,8 +15,8 @@ public:
     CTimeService& operator=(const CTimeService&) = delete;
     virtual ~CTimeService();
 
-    /// The client's current date and time in the exchange time zone. The pages take "today" from
-    /// its date() and never from the machine's clock.
+    /// The client's current date and time in the exchange time zone, always valid. The pages take
+    /// "today" from its date() and never from the machine's clock.
     virtual QDateTime currentDateTime() const = 0;
 };
 

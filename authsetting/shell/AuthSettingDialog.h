@@ -67,10 +67,15 @@ public:
     void activeNode(int pageId, int subPageId, QString key);
 
 protected:
+    /// Leaves the shown place, so that the next showPage() shows its place anew.
     void hidePages();
+    /// The same as load().
     void reloadNavigator();
+    /// Places everything inside a dialog of `size`, in pixels.
     void resetLayout(QSize size);
+    /// A new page with the tabs of this place, owned by the dialog; it serves every key.
     CAuthSettingPage* createPage(int pageId, int subPageId, QString key);
+    /// Shows the dialog waiting (false) or ready (true); it can be closed either way.
     void setDialogEnabled(bool enabled);
 
     void resizeEvent(QResizeEvent* event) override;

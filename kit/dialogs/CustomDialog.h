@@ -17,6 +17,7 @@ public:
     /// Makes `widget` fill the inside of the dialog and takes ownership; an earlier one stays a
     /// child but is no longer placed. Without a content widget the inside belongs to the subclass.
     void setContentWidget(QWidget* widget);
+    /// Null before there is one and once it was deleted.
     QWidget* contentWidget() const;
 
     /// The size that the content asks for, with title bar and border around it.
