@@ -57,8 +57,13 @@ install(
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT AuthSetting
     INCLUDES
     DESTINATION ${package_include_folder})
-# The libraries find each other wherever the folder is moved to.
-set_target_properties(authutils kzkit authsetting PROPERTIES INSTALL_RPATH "$ORIGIN")
+# Before version 1 a minor version may change the interface, so it is part of the name that programs
+# look for. The libraries find each other wherever the folder is moved to.
+set_target_properties(
+    authutils kzkit authsetting
+    PROPERTIES VERSION ${PROJECT_VERSION}
+               SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}
+               INSTALL_RPATH "$ORIGIN")
 
 install(
     EXPORT AuthSettingTargets
@@ -68,7 +73,6 @@ install(
 configure_package_config_file(
     ${PROJECT_SOURCE_DIR}/cmake/AuthSettingConfig.cmake.in
     ${PROJECT_BINARY_DIR}/AuthSettingConfig.cmake INSTALL_DESTINATION ${package_cmake_folder})
-# Before version 1 a minor version may change the interface.
 write_basic_package_version_file(
     ${PROJECT_BINARY_DIR}/AuthSettingConfigVersion.cmake COMPATIBILITY SameMinorVersion)
 install(

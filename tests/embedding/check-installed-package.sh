@@ -37,4 +37,10 @@ cmake -S "$consumer" -B "$folder/build" -G Ninja -DCMAKE_BUILD_TYPE=Debug \
     -DCMAKE_PREFIX_PATH="$folder/prefix" -DCMAKE_CXX_FLAGS="$flags" \
     -DREADME_BLOCKS="$folder/readme"
 cmake --build "$folder/build"
+
+# Another version's library is no substitute: the program asks for one with the interface it knows.
+if ! readelf -d "$folder/build/client" | grep -qE 'NEEDED.*\[libauthsetting\.so\.[0-9.]+\]'; then
+    echo "the client is bound to no version of the library"
+    exit 1
+fi
 "$folder/build/client"
