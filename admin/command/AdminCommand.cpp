@@ -37,6 +37,12 @@ ExitCode AdminCommand::run()
         return import();
     if (m_options.command == QStringLiteral("list"))
         return list();
+    if (m_options.command == QStringLiteral("password"))
+        return setPassword();
+    if (m_options.command == QStringLiteral("enable"))
+        return setEnabled(true);
+    if (m_options.command == QStringLiteral("disable"))
+        return setEnabled(false);
     if (m_options.command == QStringLiteral("verify"))
         return verify();
     if (m_options.command == QStringLiteral("backup"))
@@ -53,7 +59,8 @@ ExitCode AdminCommand::readPassword()
     QString error;
     const std::optional<QString> password =
         m_options.asksPassword
-            ? askPassword(QStringLiteral("%1 的密码：").arg(m_store.location.user), &error)
+            ? askPassword(QStringLiteral("%1 的密码：").arg(m_store.location.user),
+                          QStringLiteral("--password-file"), &error)
             : readPasswordFile(m_options.passwordFile, &error);
     if (!password)
         return fail(ExitFileFailed, error);
@@ -95,16 +102,18 @@ ExitCode AdminCommand::import()
     {
         ProgressBar bar(QStringLiteral("添加"));
         error = records.run(m_options.arguments[1], *store,
-                            [&bar](qint64 done, qint64 total) { bar.show(done, total); });
+                            {[&bar](qint64 done, qint64 total) { bar.show(done, total); },
+                             [&bar](const QString& line) {
+                                 bar.hide();
+                                 complain(line);
+                             }});
     }
-    for (const QString& line : records.refused())
-        complain(line);
     if (!error.isEmpty())
         return fail(store->hasFailed() ? ExitStoreFailed : ExitFileFailed, error);
     say(QStringLiteral("已添加 %1 条记录，拒绝 %2 条。")
             .arg(records.taken())
-            .arg(records.refused().size()));
-    return records.refused().isEmpty() ? ExitSuccess : ExitRecordsRefused;
+            .arg(records.refused()));
+    return records.refused() == 0 ? ExitSuccess : ExitRecordsRefused;
 }
 
 ExitCode AdminCommand::list()
@@ -117,6 +126,55 @@ ExitCode AdminCommand::list()
         return fail(ExitStoreFailed, store->error());
     for (const QString& line : lines)
         say(line);
+    return ExitSuccess;
+}
+
+ExitCode AdminCommand::refused(const backend::StoreAdmin& store)
+{
+    return fail(store.hasFailed() ? ExitStoreFailed : ExitRecordsRefused, store.error());
+}
+
+std::optional<QString> AdminCommand::newPassword(QString* error) const
+{
+    const QString& file = m_options.newPasswordFile;
+    if (file.isEmpty()) {
+        return askNewPassword(QStringLiteral("%1 的新密码：").arg(m_options.arguments[0]),
+                              QStringLiteral("--new-password-file"), error);
+    }
+    return file == QStringLiteral("-") ? readPasswordInput(error) : readPasswordFile(file, error);
+}
+
+ExitCode AdminCommand::setPassword()
+{
+    const QString& user = m_options.arguments[0];
+    const auto store = openStore(false);
+    if (!store)
+        return ExitStoreFailed;
+    store->skipRefusedRecords();
+    // Before the question, whose answer may take a while.
+    if (!store->requireUser(user))
+        return refused(*store);
+    QString error;
+    const std::optional<QString> password = newPassword(&error);
+    if (!password)
+        return fail(ExitFileFailed, error);
+    if (!store->setPassword(user, *password) || !store->commit())
+        return refused(*store);
+    say(QStringLiteral("已设置用户“%1”的新密码。").arg(user));
+    return ExitSuccess;
+}
+
+ExitCode AdminCommand::setEnabled(bool enabled)
+{
+    const QString& user = m_options.arguments[0];
+    const auto store = openStore(false);
+    if (!store)
+        return ExitStoreFailed;
+    store->skipRefusedRecords();
+    if (!store->setEnabled(user, enabled) || !store->commit())
+        return refused(*store);
+    say((enabled ? QStringLiteral("已启用用户“%1”。") : QStringLiteral("已禁用用户“%1”。"))
+            .arg(user));
     return ExitSuccess;
 }
 

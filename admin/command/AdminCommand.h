@@ -8,6 +8,7 @@
 #include <QString>
 
 #include <memory>
+#include <optional>
 
 namespace admin {
 
@@ -25,11 +26,17 @@ private:
     ExitCode create();
     ExitCode import();
     ExitCode list();
+    ExitCode setPassword();
+    ExitCode setEnabled(bool enabled);
     ExitCode verify();
     ExitCode backUp();
     ExitCode restore();
 
     static ExitCode fail(ExitCode code, const QString& reason);
+    /// After a change that did not come about.
+    static ExitCode refused(const backend::StoreAdmin& store);
+    /// The password to be set, or nothing with the reason in `error`.
+    std::optional<QString> newPassword(QString* error) const;
     /// The store, or null after the reason was written. Only `mayCreate` makes a missing file.
     std::unique_ptr<backend::StoreAdmin> openStore(bool mayCreate);
 

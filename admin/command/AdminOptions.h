@@ -14,6 +14,8 @@ struct AdminOptions
     QString passwordFile;
     /// Ask for the password for the server.
     bool asksPassword = false;
+    /// File with the password to be set, "-" for standard input; empty to ask for it.
+    QString newPasswordFile;
     /// Take all records of a file or none.
     bool isStrict = false;
     /// "create", "import", …

@@ -11,6 +11,7 @@ namespace {
 constexpr QLatin1String optionStore("store");
 constexpr QLatin1String optionPasswordFile("password-file");
 constexpr QLatin1String optionAskPassword("ask-password");
+constexpr QLatin1String optionNewPasswordFile("new-password-file");
 constexpr QLatin1String optionStrict("strict");
 
 struct CommandShape
@@ -27,6 +28,9 @@ const QHash<QString, CommandShape>& commands()
         {QStringLiteral("import"), {2, RecordAdder::kindNames()}},
         {QStringLiteral("list"),
          {1, {QStringLiteral("users"), QStringLiteral("accounts"), QStringLiteral("grants")}}},
+        {QStringLiteral("password"), {1, {}}},
+        {QStringLiteral("enable"), {1, {}}},
+        {QStringLiteral("disable"), {1, {}}},
         {QStringLiteral("verify"), {}},
         {QStringLiteral("backup"), {1, {}}},
         {QStringLiteral("restore"), {1, {}}}};
@@ -44,10 +48,13 @@ AdminOptionsParser::AdminOptionsParser()
         "  import 种类 文件     从 CSV 文件添加记录；种类：users、sub-users、accounts、\n"
         "                       sub-accounts、platforms、brokers\n"
         "  list 种类            列出 users、accounts 或 grants（CSV 格式）\n"
+        "  password 用户        给用户或子用户设置新密码\n"
+        "  enable 用户          允许用户或子用户登录\n"
+        "  disable 用户         不再允许登录，并中止已经登录的会话\n"
         "  verify               检查存储\n"
         "  backup 文件          把存储连同登录备份到一个新文件\n"
         "  restore 文件         由备份建立存储，目标必须是空的\n\n"
-        "退出码：0 成功，1 有记录被拒绝，2 命令行有误，3 存储失败，4 文件失败，\n"
+        "退出码：0 成功，1 有记录或更改被拒绝，2 命令行有误，3 存储失败，4 文件失败，\n"
         "5 存储检查未通过。"));
     m_parser.addOption(
         {{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("显示本帮助。")});
@@ -60,6 +67,10 @@ AdminOptionsParser::AdminOptionsParser()
          QStringLiteral("登录服务器的密码在此文件的第一行；只有所有者可以访问该文件。"),
          QStringLiteral("文件")},
         {optionAskPassword, QStringLiteral("在终端上询问登录服务器的密码。")},
+        {optionNewPasswordFile,
+         QStringLiteral("password：新密码在此文件（同上）或标准输入（-）的第一行；没有此选项时"
+                        "在终端上询问两次。"),
+         QStringLiteral("文件")},
         {optionStrict, QStringLiteral("import：只要有一条记录被拒绝，就一条也不添加。")},
     });
     m_parser.addPositionalArgument(QStringLiteral("命令"), QString(), QStringLiteral("命令 …"));
@@ -96,6 +107,7 @@ bool AdminOptionsParser::parse(const QStringList& arguments)
     m_options.asksPassword = m_parser.isSet(optionAskPassword);
     if (m_parser.isSet(optionPasswordFile) && m_options.asksPassword)
         return fail(QStringLiteral("--password-file 与 --ask-password 只能用一个。"));
+    m_options.newPasswordFile = m_parser.value(optionNewPasswordFile);
     m_options.isStrict = m_parser.isSet(optionStrict);
     m_options.arguments = m_parser.positionalArguments();
     return checkCommand();
@@ -122,6 +134,12 @@ bool AdminOptionsParser::checkCommand()
     }
     if (m_options.isStrict && m_options.command != QStringLiteral("import"))
         return fail(QStringLiteral("--strict 只与命令 import 同用。"));
+    if (m_parser.isSet(optionNewPasswordFile)) {
+        if (m_options.command != QStringLiteral("password"))
+            return fail(QStringLiteral("--new-password-file 只与命令 password 同用。"));
+        if (m_options.newPasswordFile.isEmpty())
+            return fail(QStringLiteral("--new-password-file 没有写明文件。"));
+    }
     return true;
 }
 

@@ -5,7 +5,7 @@ namespace admin {
 /// How the command ends.
 enum ExitCode {
     ExitSuccess = 0,
-    /// Records of a file were refused.
+    /// Records of a file, or the change of a user, were refused.
     ExitRecordsRefused = 1,
     /// The command line is wrong.
     ExitBadOptions = 2,

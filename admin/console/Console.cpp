@@ -1,5 +1,6 @@
 #include "admin/console/Console.h"
 
+#include "admin/console/PasswordText.h"
 #include "backend/store/TextRules.h"
 
 #include <cerrno>
@@ -51,7 +52,7 @@ void chopCharacter(QByteArray* text)
     text->chop(1);
 }
 
-std::optional<QString> readLine(int terminal)
+std::optional<QByteArray> readLine(int terminal)
 {
     QByteArray text;
     char byte = 0;
@@ -62,7 +63,7 @@ std::optional<QString> readLine(int terminal)
         if (count <= 0 || byte == interrupt || (byte == endOfInput && text.isEmpty()))
             return std::nullopt;
         if (byte == '\n' || byte == '\r')
-            return QString::fromUtf8(text);
+            return text;
         if (byte == backspace || byte == rubout)
             chopCharacter(&text);
         else
@@ -102,14 +103,15 @@ void complain(const QString& line)
     std::fputc('\n', stderr);
 }
 
-std::optional<QString> askPassword(const QString& question, QString* error)
+std::optional<QString> askPassword(const QString& question, const QString& fileOption,
+                                   QString* error)
 {
     const int terminal = ::open("/dev/tty", O_RDWR | O_NOCTTY | O_CLOEXEC);
     if (terminal < 0) {
-        *error = QStringLiteral("没有终端可以输入密码；请用 --password-file");
+        *error = QStringLiteral("没有终端可以输入密码；请用 %1").arg(fileOption);
         return std::nullopt;
     }
-    std::optional<QString> password;
+    std::optional<QByteArray> password;
     {
         const MuteTerminal mute(terminal);
         if (mute.isMute()) {
@@ -119,8 +121,27 @@ std::optional<QString> askPassword(const QString& question, QString* error)
         }
     }
     ::close(terminal);
-    if (!password)
+    if (!password) {
         *error = QStringLiteral("没有输入密码");
+        return std::nullopt;
+    }
+    return passwordText(*password, error);
+}
+
+std::optional<QString> askNewPassword(const QString& question, const QString& fileOption,
+                                      QString* error)
+{
+    std::optional<QString> password = askPassword(question, fileOption, error);
+    if (!password)
+        return std::nullopt;
+    const std::optional<QString> again =
+        askPassword(QStringLiteral("再次输入："), fileOption, error);
+    if (!again)
+        return std::nullopt;
+    if (*again != *password) {
+        *error = QStringLiteral("两次输入的密码不同，密码未修改");
+        return std::nullopt;
+    }
     return password;
 }
 

@@ -1,5 +1,7 @@
 #include "admin/console/PrivateFile.h"
 
+#include "admin/console/PasswordText.h"
+
 #include <QFile>
 
 #include <cerrno>
@@ -40,6 +42,18 @@ QString problem(int descriptor, const QString& path, Privacy privacy, qint64 max
     return {};
 }
 
+std::optional<QString> firstLine(const QByteArray& bytes, const QString& place, QString* error)
+{
+    QByteArray line = bytes.split('\n').first();
+    if (line.endsWith('\r'))
+        line.chop(1);
+    if (line.isEmpty()) {
+        *error = QStringLiteral("%1的第一行没有密码").arg(place);
+        return std::nullopt;
+    }
+    return passwordText(line, error);
+}
+
 } // namespace
 
 std::optional<QByteArray> readFile(const QString& path, Privacy privacy, qint64 maxSize,
@@ -77,14 +91,34 @@ std::optional<QString> readPasswordFile(const QString& path, QString* error)
         readFile(path, Privacy::OwnerOnly, maxPasswordFileSize, error);
     if (!bytes)
         return std::nullopt;
-    QByteArray line = bytes->split('\n').first();
-    if (line.endsWith('\r'))
-        line.chop(1);
-    if (line.isEmpty()) {
-        *error = QStringLiteral("文件 %1 的第一行没有密码").arg(path);
+    return firstLine(*bytes, QStringLiteral("文件 %1 ").arg(path), error);
+}
+
+std::optional<QString> readPasswordInput(QString* error)
+{
+    if (::isatty(STDIN_FILENO) == 1) {
+        *error = QStringLiteral("标准输入是终端，密码会显示出来；请不用文件，由程序询问密码");
         return std::nullopt;
     }
-    return QString::fromUtf8(line);
+    QByteArray bytes;
+    char byte = 0;
+    while (bytes.size() <= maxPasswordFileSize && byte != '\n') {
+        const ssize_t count = ::read(STDIN_FILENO, &byte, 1);
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0) {
+            *error = QStringLiteral("无法读取标准输入：%1").arg(systemText(errno));
+            return std::nullopt;
+        }
+        if (count == 0)
+            break;
+        bytes.append(byte);
+    }
+    if (bytes.size() > maxPasswordFileSize) {
+        *error = QStringLiteral("标准输入的第一行过长");
+        return std::nullopt;
+    }
+    return firstLine(bytes, QStringLiteral("标准输入"), error);
 }
 
 } // namespace admin

@@ -19,5 +19,7 @@ std::optional<QByteArray> readFile(const QString& path, Privacy privacy, qint64 
 /// The password on the first line of a private file. Nothing, with the reason in `error`, when
 /// there is none.
 std::optional<QString> readPasswordFile(const QString& path, QString* error);
+/// The same from standard input, which must not be a terminal: that would show it.
+std::optional<QString> readPasswordInput(QString* error);
 
 } // namespace admin

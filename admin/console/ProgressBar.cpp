@@ -37,14 +37,22 @@ ProgressBar::ProgressBar(const QString& title)
 
 ProgressBar::~ProgressBar()
 {
+    hide();
+}
+
+void ProgressBar::hide()
+{
+    if (!m_isShown)
+        return;
     // Erases the line.
-    if (m_isShown)
-        std::fputs("\r\033[K", stderr);
+    std::fputs("\r\033[K", stderr);
+    m_isShown = false;
 }
 
 void ProgressBar::show(qint64 done, qint64 total)
 {
-    if (!m_isTerminal || (m_isShown && m_sinceDrawn.elapsed() < redrawIntervalMs && done < total))
+    const bool isFresh = m_sinceDrawn.isValid() && m_sinceDrawn.elapsed() < redrawIntervalMs;
+    if (!m_isTerminal || (isFresh && done < total))
         return;
     m_isShown = true;
     m_sinceDrawn.start();

@@ -17,6 +17,8 @@ public:
 
     /// Draws at most ten times a second.
     void show(qint64 done, qint64 total);
+    /// Makes room for other lines on standard error; the bar comes back when it next has to move.
+    void hide();
     /// The text of a bar that is `width` columns wide.
     static QString text(const QString& title, qint64 done, qint64 total, int width);
 

@@ -2,6 +2,12 @@
 
 namespace admin {
 
+QString shortened(const QString& text)
+{
+    constexpr qsizetype longest = 40;
+    return text.size() <= longest ? text : text.left(longest) + QStringLiteral("…");
+}
+
 QString CsvHeader::read(const CsvRecord& record, const QStringList& required,
                         const QStringList& optional)
 {
@@ -12,7 +18,7 @@ QString CsvHeader::read(const CsvRecord& record, const QStringList& required,
         const QString name = record.fields[i].trimmed().toLower();
         if (!required.contains(name) && !optional.contains(name)) {
             return QStringLiteral("标题行中有不认识的列“%1”，可用的列：%2")
-                .arg(name, (required + optional).join(QStringLiteral("、")));
+                .arg(shortened(name), (required + optional).join(QStringLiteral("、")));
         }
         if (m_columns.contains(name))
             return QStringLiteral("标题行中的列“%1”重复").arg(name);

@@ -8,6 +8,9 @@
 
 namespace admin {
 
+/// `text` for a message: nobody reads more than the beginning of a long one.
+QString shortened(const QString& text);
+
 /// Which column of a CSV file holds what, by the names in its first record.
 class CsvHeader
 {

@@ -7,8 +7,9 @@
 namespace admin {
 
 /// Reads comma-separated records (RFC 4180) in UTF-8, with or without a byte order mark; lines may
-/// also end in a line feed alone, and empty lines are no records. A record that breaks the rules is
-/// handed out with its problem, and reading goes on with the next line.
+/// also end in a line feed alone, and empty lines are no records. A record that breaks the rules,
+/// or has more or longer fields than any file of this program's, is handed out with its problem,
+/// and reading goes on with the next line.
 class CsvReader
 {
 public:
@@ -22,6 +23,8 @@ public:
 
 private:
     bool isAtEnd() const { return m_position >= m_bytes.size(); }
+    /// The bytes of the line end at `position`; 0 when there is none.
+    int lineEndLength(qsizetype position) const;
     bool takeLineEnd();
     QByteArray quotedField(QString* problem);
     QByteArray plainField(QString* problem);

@@ -4,7 +4,6 @@
 #include "backend/store/StoreAdmin.h"
 
 #include <QString>
-#include <QStringList>
 
 #include <functional>
 
@@ -16,25 +15,31 @@ class FileImport
 public:
     /// Whether the good records are taken when others are refused.
     enum class Mode { TakeGood, AllOrNone };
-    /// Told how far the work is; the unit is arbitrary.
-    using OnProgress = std::function<void(qint64 done, qint64 total)>;
+    /// Who is told what happens.
+    struct Listener
+    {
+        /// How far the work is; the unit is arbitrary.
+        std::function<void(qint64 done, qint64 total)> onProgress;
+        /// A refused record's line and reason, ready to show.
+        std::function<void(const QString& line)> onRefused;
+    };
 
     FileImport(RecordKind kind, Mode mode) : m_adder(kind), m_mode(mode) {}
 
     /// Why nothing at all was taken, in Chinese: an unreadable file, a wrong header, a store that
     /// failed; empty when the file was gone through. A file with secrets has to be private.
-    QString run(const QString& path, backend::StoreAdmin& store, const OnProgress& onProgress = {});
+    QString run(const QString& path, backend::StoreAdmin& store, const Listener& listener);
 
     /// How many records were taken.
     int taken() const { return m_taken; }
-    /// Each refused record's line and reason, ready to show.
-    const QStringList& refused() const { return m_refused; }
+    /// How many were refused.
+    int refused() const { return m_refused; }
 
 private:
     RecordAdder m_adder;
     Mode m_mode;
     int m_taken = 0;
-    QStringList m_refused;
+    int m_refused = 0;
 };
 
 } // namespace admin

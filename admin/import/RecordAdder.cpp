@@ -67,14 +67,14 @@ public:
     {
         const int value = kindWords().value(text(column).toLower(), 0);
         if (value == 0)
-            refuse(column, text(column), QStringLiteral("futures 或 stock"));
+            refuse(column, text(column), QStringLiteral(" futures 或 stock"));
         return value;
     }
     bool yesNo(const QString& column)
     {
         const QString word = text(column).toLower();
         if (!yesNoWords().contains(word))
-            refuse(column, word, QStringLiteral("1 或 0"));
+            refuse(column, word, QStringLiteral(" 1 或 0"));
         return yesNoWords().value(word);
     }
     /// The four fields that identify an account.
@@ -94,7 +94,8 @@ private:
     void refuse(const QString& column, const QString& word, const QString& expected)
     {
         if (m_problem.isEmpty())
-            m_problem = QStringLiteral("列 %1 的值“%2”应为%3").arg(column, word, expected);
+            m_problem =
+                QStringLiteral("列 %1 的值“%2”应为%3").arg(column, shortened(word), expected);
     }
 
     const CsvHeader& m_header;

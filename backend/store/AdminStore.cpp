@@ -5,6 +5,8 @@
 #include "backend/store/TextRules.h"
 #include "backend/store/postgresql/PostgresAdmin.h"
 
+#include <algorithm>
+
 namespace backend {
 
 namespace {
@@ -26,7 +28,21 @@ std::unique_ptr<AdminStore> AdminStore::open(const StoreOptions& options)
     return std::make_unique<StoreFiller>(options);
 }
 
-QString AdminStore::checkedName(const QString& name)
+void AdminStore::requireUser(const QString& name)
+{
+    const QString stored = checkedName(name);
+    const QVector<AdminUser> all = users();
+    if (std::none_of(all.cbegin(), all.cend(),
+                     [&](const AdminUser& user) { return user.name == stored; }))
+        refuseUnknown(name);
+}
+
+void AdminStore::refuseUnknown(const QString& name)
+{
+    throw AdminProblem{QStringLiteral("用户“%1”不存在").arg(name)};
+}
+
+QString AdminStore::checkedName(const QString& name) const
 {
     const QString problem = userNameProblem(name);
     if (!problem.isEmpty())

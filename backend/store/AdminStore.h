@@ -36,6 +36,12 @@ public:
     virtual void addSubAccount(const mbservice::CAccountInfo& parent,
                                const mbservice::CAccountInfo& child) = 0;
     virtual void addGrant(const GrantRecord& grant) = 0;
+    /// Changes of users take part in the transaction; those of them who are disabled lose their
+    /// open connections for good with its commit.
+    virtual void setPassword(const QString& name, const QString& password) = 0;
+    virtual void setEnabled(const QString& name, bool enabled) = 0;
+    /// Throws when there is no such user; outside of any transaction.
+    void requireUser(const QString& name);
     virtual void commit() = 0;
     virtual void rollback() = 0;
 
@@ -48,8 +54,9 @@ public:
     virtual QString verify() = 0;
 
 protected:
-    /// The name as stores keep it. Throws when it cannot be a user's.
-    static QString checkedName(const QString& name);
+    /// The name as the store keeps it. Throws when it cannot be a user's.
+    virtual QString checkedName(const QString& name) const;
+    [[noreturn]] static void refuseUnknown(const QString& name);
     /// The digest for a typed password. Throws for an empty one.
     static QString checkedDigest(const QString& password);
     static void check(const mbservice::CPlatformInfo& platform);

@@ -16,6 +16,8 @@ QString AuditEntry::actionText() const
         {QStringLiteral("expire"), QStringLiteral("授权到期")},
         {QStringLiteral("sub_user_state"), QStringLiteral("修改子用户状态")},
         {QStringLiteral("sub_user_password"), QStringLiteral("修改子用户密码")},
+        {QStringLiteral("admin_state"), QStringLiteral("管理员修改用户状态")},
+        {QStringLiteral("admin_password"), QStringLiteral("管理员修改密码")},
     };
     return texts.value(action, action);
 }

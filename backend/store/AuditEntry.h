@@ -13,10 +13,11 @@ struct AuditEntry
     qint64 id = 0;
     /// In the exchange time zone.
     QDateTime when;
-    /// The user who acted; empty when the system acted by itself (an expired grant).
+    /// The user who acted; empty when the system acted by itself (an expired grant) or for its
+    /// administrator.
     QString actor;
     /// What was done: "sign_in", "grant", "prepare", "export", "cancel", "redeem", "expire",
-    /// "sub_user_state", "sub_user_password".
+    /// "sub_user_state", "sub_user_password", "admin_state", "admin_password".
     QString action;
     /// The user to whom it was done, empty without one.
     QString otherUser;

@@ -98,10 +98,18 @@ void EmbeddedStore::refresh(StoreBatch& batch, Access access)
     qint64 version = -1;
     bool enabled = false;
     reader.readState(m_model.userId, &version, &enabled);
-    if (version != m_model.version || anew)
-        batch.editor().replace(reader.read(m_model.userId, m_model.userName, batch.today()));
-    else
+    if (version == m_model.version && !anew) {
         m_model.today = batch.today();
+    } else if (enabled) {
+        batch.editor().replace(reader.read(m_model.userId, m_model.userName, batch.today()));
+    } else {
+        // Whoever is disabled keeps what he has seen and gets to see nothing more.
+        UserModel kept = m_model;
+        kept.enabled = false;
+        kept.version = version;
+        kept.today = batch.today();
+        batch.editor().replace(std::move(kept));
+    }
 }
 
 QHash<quint64, QString> EmbeddedStore::hashPasswords(const QVector<StoreRequest>& requests) const

@@ -15,12 +15,17 @@ public:
     template <class Work>
     bool add(const Work& work)
     {
-        if (!skipsRefused)
-            return attempt(work);
+        return skipsRefused ? allow([&] { store->runAlone(work); }) : attempt(work);
+    }
+
+    /// Runs `work`, whose refusal leaves everything else possible.
+    template <class Work>
+    bool allow(const Work& work)
+    {
         bool isRefused = false;
         const bool done = attempt([&] {
             try {
-                store->runAlone(work);
+                work();
             } catch (const AdminStore::AdminProblem& problem) {
                 error = problem.text;
                 isRefused = true;
@@ -113,6 +118,21 @@ bool StoreAdmin::addSubAccount(const mbservice::CAccountInfo& parent,
                                const mbservice::CAccountInfo& child)
 {
     return d->add([&] { d->store->addSubAccount(parent, child); });
+}
+
+bool StoreAdmin::setPassword(const QString& name, const QString& password)
+{
+    return d->add([&] { d->store->setPassword(name, password); });
+}
+
+bool StoreAdmin::setEnabled(const QString& name, bool enabled)
+{
+    return d->add([&] { d->store->setEnabled(name, enabled); });
+}
+
+bool StoreAdmin::requireUser(const QString& name) const
+{
+    return d->allow([&] { d->store->requireUser(name); });
 }
 
 bool StoreAdmin::addGrant(const GrantRecord& grant)

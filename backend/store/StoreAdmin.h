@@ -55,10 +55,19 @@ public:
     bool addAccount(const QString& owner, const mbservice::CAccountInfo& account);
     /// Makes `child` a sub-account of `parent`; neither can then be granted.
     bool addSubAccount(const mbservice::CAccountInfo& parent, const mbservice::CAccountInfo& child);
+    /// Gives a user, sub-user or not, the password that he types from now on, and lets him try at
+    /// once, however often he failed before. Whoever is signed in stays so.
+    bool setPassword(const QString& name, const QString& password);
+    /// A disabled user cannot sign in; where he is signed in, requests are refused and nothing new
+    /// is shown from the commit on.
+    bool setEnabled(const QString& name, bool enabled);
     /// A grant in any state, checked only for what the tables themselves forbid.
     bool addGrant(const GrantRecord& grant);
     bool commit();
 
+    /// Whether there is such a user; does not begin a transaction. False never makes commit() fail
+    /// unless the store itself failed.
+    bool requireUser(const QString& name) const;
     /// Every grant, oldest first; account records carry the four identifying fields and the alias.
     QVector<GrantRecord> grants() const;
     /// On a server by name, each with his sub-users; otherwise in the order in which they were

@@ -1,8 +1,10 @@
 #include "backend/store/StoreFiller.h"
 
 #include "authsetting/services/AccountKey.h"
+#include "backend/store/AuditTrail.h"
 #include "backend/store/GrantOperations.h"
 #include "backend/store/PasswordHash.h"
+#include "backend/store/SignInGuard.h"
 #include "backend/store/SqlText.h"
 #include "backend/store/StoreError.h"
 
@@ -85,10 +87,19 @@ qint64 StoreFiller::nextId(const char* statement)
 
 qint64 StoreFiller::userId(const QString& name)
 {
-    const auto found = m_users.constFind(name.normalized(QString::NormalizationForm_C));
+    const auto found = m_users.constFind(checkedName(name));
     if (found == m_users.constEnd())
-        throw AdminProblem{QStringLiteral("用户“%1”不存在").arg(name)};
+        refuseUnknown(name);
     return *found;
+}
+
+StoreFiller::UserRow StoreFiller::userRow(const QString& name)
+{
+    UserRow user{userId(name), 0};
+    Statement row = m_database.statement("users.by_name");
+    if (row.run(checkedName(name)).next() && !row.isNull(1))
+        user.ownerId = row.integer(1);
+    return user;
 }
 
 StoreFiller::AccountRow StoreFiller::accountRow(const mbservice::CAccountInfo& account)
@@ -144,6 +155,38 @@ void StoreFiller::addUser(const QString& owner, const QString& name, const QStri
     }
     m_database.statement("users.insert").run(m_nextUserId, stored, ownerId, hash, enabled);
     m_users.insert(stored, m_nextUserId++);
+}
+
+void StoreFiller::setPassword(const QString& name, const QString& password)
+{
+    const QString stored = checkedName(name);
+    const QString digest = checkedDigest(password);
+    begin();
+    const UserRow user = userRow(stored);
+    const PasswordHash hasher(m_database.options().cheapCryptographyForTests);
+    const QString hash = hasher.hash(digest);
+    if (hash.isEmpty())
+        throw AdminProblem{QStringLiteral("内存不足，密码未修改")};
+    m_database.statement("users.admin_set_password").run(hash, user.id);
+    SignInGuard(m_database).forget(stored);
+    noteChange(user, "admin_password", QString());
+}
+
+void StoreFiller::setEnabled(const QString& name, bool enabled)
+{
+    begin();
+    const UserRow user = userRow(name);
+    m_database.statement("users.admin_set_enabled").run(enabled, user.id);
+    noteChange(user, "admin_state", enabled ? QStringLiteral("启用") : QStringLiteral("禁用"));
+}
+
+void StoreFiller::noteChange(const UserRow& user, const char* action, const QString& detail)
+{
+    AuditTrail audit(m_database, storedTime(m_database.options().now()));
+    audit.write({0, user.id, user.ownerId, action, 0, detail, QString()});
+    m_touched.insert(user.id);
+    if (user.ownerId != 0)
+        m_touched.insert(user.ownerId);
 }
 
 void StoreFiller::addAccount(const QString& owner, const mbservice::CAccountInfo& account)

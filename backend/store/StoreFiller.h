@@ -28,6 +28,8 @@ public:
     void addSubAccount(const mbservice::CAccountInfo& parent,
                        const mbservice::CAccountInfo& child) override;
     void addGrant(const GrantRecord& grant) override;
+    void setPassword(const QString& name, const QString& password) override;
+    void setEnabled(const QString& name, bool enabled) override;
     void commit() override;
     void rollback() override { m_transaction.reset(); }
     void runAlone(const std::function<void()>& work) override;
@@ -42,12 +44,21 @@ private:
         qint64 id = 0;
         qint64 ownerId = 0;
     };
+    struct UserRow
+    {
+        qint64 id = 0;
+        /// 0 for an ordinary user.
+        qint64 ownerId = 0;
+    };
 
     void begin();
     void readNames();
     qint64 nextId(const char* statement);
     qint64 userId(const QString& name);
     AccountRow accountRow(const mbservice::CAccountInfo& account);
+    UserRow userRow(const QString& name);
+    /// Writes down what was done to a user and has him and whoever manages him see it.
+    void noteChange(const UserRow& user, const char* action, const QString& detail);
 
     Database m_database;
     ExchangeDays m_days;

@@ -1,9 +1,12 @@
 #include "backend/client/Session.h"
 #include "tests/admin/AdminProgram.h"
+#include "tests/admin/AdminTerminal.h"
 #include "tests/support/TestCase.h"
 
 #include <QDir>
 #include <QTemporaryDir>
+
+#include <sys/stat.h>
 
 namespace {
 
@@ -95,14 +98,15 @@ private Q_SLOTS:
                                "alice,futures,1,9999,7,s\n");
         QCOMPARE(run.code, 1);
         QCOMPARE(run.output, QStringLiteral("已添加 2 条记录，拒绝 8 条。\n"));
-        QCOMPARE(run.complaints, QStringLiteral("第 3 行：用户“nobody”不存在\n"
-                                                "第 4 行：列 type 的值“bonds”应为futures 或 stock\n"
-                                                "第 5 行：列 platform_id 的值“one”应为整数\n"
-                                                "第 6 行：有 5 个字段，应为 6 个\n"
-                                                "第 7 行：账号“1”已存在\n"
-                                                "第 8 行：不是 UTF-8 编码\n"
-                                                "第 9 行：账号不能为空\n"
-                                                "第 10 行：账号信息含有非法字符或过长\n"));
+        QCOMPARE(run.complaints,
+                 QStringLiteral("第 3 行：用户“nobody”不存在\n"
+                                "第 4 行：列 type 的值“bonds”应为 futures 或 stock\n"
+                                "第 5 行：列 platform_id 的值“one”应为整数\n"
+                                "第 6 行：有 5 个字段，应为 6 个\n"
+                                "第 7 行：账号“1”已存在\n"
+                                "第 8 行：不是 UTF-8 编码\n"
+                                "第 9 行：账号不能为空\n"
+                                "第 10 行：账号信息含有非法字符或过长\n"));
         QCOMPARE(AdminCommandTest::run({QStringLiteral("list"), QStringLiteral("accounts")})
                      .output.count(u'\n'),
                  3);
@@ -170,6 +174,92 @@ private Q_SLOTS:
             run({QStringLiteral("import"), QStringLiteral("platforms"), m_folder->path()}).code, 4);
         QCOMPARE(import("users", "").code, 4);
         QCOMPARE(import("users", "name\nx\n").code, 4);
+        // Nobody writes into the pipe, and the device never ends.
+        const QString pipe = m_folder->filePath(QStringLiteral("pipe"));
+        QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+        const QString loop = m_folder->filePath(QStringLiteral("loop"));
+        QVERIFY(QFile::link(loop, loop));
+        for (const QString& path : {pipe, loop, QStringLiteral("/dev/zero")}) {
+            const AdminProgram refused =
+                run({QStringLiteral("import"), QStringLiteral("platforms"), path});
+            QCOMPARE(refused.code, 4);
+            QVERIFY2(refused.complaints.contains(path), qPrintable(refused.complaints));
+        }
+    }
+
+    void hostileFilesAreRefusedInAFewWords_data()
+    {
+        QTest::addColumn<QByteArray>("csv");
+        QTest::addColumn<int>("code");
+        QTest::addColumn<QString>("complaint");
+        const QByteArray header = "kind,platform_id,name\n";
+        const QByteArray good = "futures,1,x\n";
+        const QByteArray megabyte = QByteArray("x").repeated(1024 * 1024);
+        const auto row = [](const char* name, const QByteArray& csv, int code, const char* text) {
+            QTest::newRow(name) << csv << code << QString::fromUtf8(text);
+        };
+        row("a long field", header + "stock,2," + megabyte + "\n" + good, 1,
+            "第 2 行：字段过长，最多 4096 字节\n");
+        row("a long field in quotes", header + "stock,2,\"" + megabyte + "\"\n" + good, 1,
+            "第 2 行：字段过长，最多 4096 字节\n");
+        row("a long word", header + QByteArray("y").repeated(4000) + ",2,z\n" + good, 1,
+            "第 2 行：列 kind 的值“yyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyy…”应为 futures 或 "
+            "stock\n");
+        row("many fields", header + QByteArray(",").repeated(1024 * 1024) + "\n" + good, 1,
+            "第 2 行：字段过多\n");
+        row("no end of quotes", header + good + "stock,2,\"" + megabyte, 1,
+            "第 3 行：引号没有结束，文件的其余部分都在其中\n");
+        row("a null character", header + QByteArray("stock,2,a\0b\n", 12) + good, 1,
+            "第 2 行：含有空字符\n");
+        row("carriage returns alone", "kind,platform_id,name\rfutures,1,x\r", 4,
+            "文件 %1：标题行无法读取：没有加引号的字段中有回车符\n");
+        row("UTF-16", QByteArray("\xff\xfek\0i\0n\0d\0", 10), 4,
+            "文件 %1 是 UTF-16 编码，应为 UTF-8\n");
+        row("UTF-16 the other way round", QByteArray("\xfe\xff\0k\0i\0n\0d", 10), 4,
+            "文件 %1 是 UTF-16 编码，应为 UTF-8\n");
+        row("a column twice", "kind,name,kind,platform_id\n", 4,
+            "文件 %1：标题行中的列“kind”重复\n");
+        row("a long column", megabyte + "\n", 4,
+            "文件 %1：标题行无法读取：字段过长，最多 4096 字节\n");
+        row("a long column that is not known", QByteArray("y").repeated(4000) + "\n", 4,
+            "文件 %1：标题行中有不认识的列“yyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyy…”，可用的列："
+            "kind、platform_id、name\n");
+        row("only a mark", "\xef\xbb\xbf", 4, "文件 %1 是空的，第一行应为标题行\n");
+    }
+    void hostileFilesAreRefusedInAFewWords()
+    {
+        QFETCH(QByteArray, csv);
+        QFETCH(int, code);
+        QFETCH(QString, complaint);
+        const AdminProgram run = import("platforms", csv);
+        QCOMPARE(run.complaints,
+                 complaint.contains(QStringLiteral("%1"))
+                     ? complaint.arg(m_folder->filePath(QStringLiteral("import.csv")))
+                     : complaint);
+        QCOMPARE(run.code, code);
+        QCOMPARE(run.output,
+                 code == 1 ? QStringLiteral("已添加 1 条记录，拒绝 1 条。\n") : QString());
+    }
+
+    void manyRowsAreTakenAndCounted()
+    {
+        QByteArray csv = "kind,platform_id,name\n";
+        for (int i = 1; i <= 5000; ++i)
+            csv += (i % 2 == 0 ? "futures," : "bonds,") + QByteArray::number(i) + ",x\n";
+        const AdminProgram run = import("platforms", csv);
+        QCOMPARE(run.output, QStringLiteral("已添加 2500 条记录，拒绝 2500 条。\n"));
+        QCOMPARE(run.complaints.count(QLatin1Char('\n')), 2500);
+    }
+
+    void refusedRowsLeaveTheBarItsLine()
+    {
+        const QString path = writeFile(m_folder->filePath(QStringLiteral("platforms.csv")),
+                                       "kind,platform_id,name\nfutures,1,x\nbonds,2,x\n");
+        AdminTerminal terminal(m_store,
+                               {QStringLiteral("import"), QStringLiteral("platforms"), path});
+        QCOMPARE(terminal.finish(), 1);
+        // The bar is erased before the line is written.
+        QVERIFY2(terminal.shown().contains("\r\033[K第 3 行："), terminal.shown().constData());
     }
 
     void wrongCommandLinesAreExplained_data()
@@ -187,6 +277,12 @@ private Q_SLOTS:
         row("too many arguments", QStringLiteral("--store x.db verify all"));
         row("unknown kind", QStringLiteral("--store x.db list secrets"));
         row("strict listing", QStringLiteral("--store x.db --strict verify"));
+        row("no user", QStringLiteral("--store x.db disable"));
+        row("a password on the command line", QStringLiteral("--store x.db password alice x"));
+        row("a new password for nobody",
+            QStringLiteral("--store x.db --new-password-file - enable alice"));
+        row("a new password from nowhere",
+            QStringLiteral("--store x.db --new-password-file= password alice"));
         row("unknown engine", QStringLiteral("--store mysql://a/b verify"));
         row("a password in the address", QStringLiteral("--store postgresql://a:b@c/d verify"));
         row("a password for a file", QStringLiteral("--store x.db --ask-password verify"));

@@ -5,18 +5,23 @@
 #include <QString>
 #include <QStringList>
 
+#include <unistd.h>
+
 /// One run of authsetting-admin to its end, without a terminal.
 class AdminProgram
 {
 public:
-    AdminProgram(const QString& store, const QStringList& arguments)
-        : AdminProgram(QStringList{QStringLiteral("--store"), store} + arguments)
+    AdminProgram(const QString& store, const QStringList& arguments, const QByteArray& input = {})
+        : AdminProgram(QStringList{QStringLiteral("--store"), store} + arguments, input)
     {
     }
-    explicit AdminProgram(const QStringList& arguments)
+    explicit AdminProgram(const QStringList& arguments, const QByteArray& input = {})
     {
         QProcess process;
+        // Away from the terminal that the tests may have been started on.
+        process.setChildProcessModifier([] { ::setsid(); });
         process.start(QStringLiteral(ADMIN_PROGRAM), arguments);
+        process.write(input);
         process.closeWriteChannel();
         if (!process.waitForFinished(120'000) || process.exitStatus() != QProcess::NormalExit)
             return;

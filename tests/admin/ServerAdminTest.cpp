@@ -1,5 +1,8 @@
 #include "authsetting/services/UserConfig.h"
 #include "backend/client/Session.h"
+#include "backend/store/PasswordHash.h"
+#include "backend/store/StoreAdmin.h"
+#include "backend/store/postgresql/LoginName.h"
 #include "tests/admin/AdminProgram.h"
 #include "tests/support/TestCase.h"
 
@@ -126,6 +129,95 @@ private Q_SLOTS:
         QCOMPARE(run({QStringLiteral("verify")}).code, 0);
     }
 
+    void usersAreDisabledEnabledAndGivenPasswords()
+    {
+        fill();
+        const AdminProgram disabled = run({QStringLiteral("disable"), QStringLiteral("alice")});
+        QCOMPARE(disabled.complaints, QString());
+        QCOMPARE(disabled.output, QStringLiteral("已禁用用户“alice”。\n"));
+        QVERIFY(!signsIn(QStringLiteral("alice"), QStringLiteral("pw-alice")));
+        QCOMPARE(run({QStringLiteral("enable"), QStringLiteral("alice")}).code, 0);
+        const QString file = writeFile(m_folder->filePath(QStringLiteral("new")), "hunter2\n");
+        const AdminProgram set = run({QStringLiteral("--new-password-file"), file,
+                                      QStringLiteral("password"), QStringLiteral("alice")});
+        QCOMPARE(set.complaints, QString());
+        QCOMPARE(set.output, QStringLiteral("已设置用户“alice”的新密码。\n"));
+        QVERIFY(signsIn(QStringLiteral("alice"), QStringLiteral("hunter2")));
+        QVERIFY(!signsIn(QStringLiteral("alice"), QStringLiteral("pw-alice")));
+        QCOMPARE(run({QStringLiteral("verify")}).code, 0);
+        const AdminProgram unknown = run({QStringLiteral("disable"), QStringLiteral("nobody")});
+        QCOMPARE(unknown.complaints, QStringLiteral("用户“nobody”不存在\n"));
+        QCOMPARE(unknown.code, 1);
+    }
+
+    void onlyTheAdministratorChangesUsers()
+    {
+        fill();
+        writeFile(m_passwordFile, digest("alice").toUtf8() + '\n');
+        const QString store =
+            QStringLiteral("postgresql://%1@%2:%3/branch")
+                .arg(backend::loginName(QStringLiteral("alice")), qEnvironmentVariable("PGHOST"),
+                     qEnvironmentVariable("PGPORT"));
+        for (const QString& command : {QStringLiteral("disable"), QStringLiteral("password")}) {
+            const AdminProgram refused(store, {QStringLiteral("--password-file"), m_passwordFile,
+                                               command, QStringLiteral("bob")});
+            QVERIFY2(refused.complaints.contains(QStringLiteral("没有写入授权数据库的权限")),
+                     qPrintable(refused.complaints));
+            QCOMPARE(refused.code, 3);
+        }
+        QVERIFY(signsIn(QStringLiteral("bob"), QStringLiteral("pw-bob")));
+    }
+
+    void whoeverSignsInBeforeTheCommitIsPutOutAfterIt()
+    {
+        fill();
+        backend::StoreOptions options;
+        options.location = backend::StoreLocation::parse(m_store);
+        options.credential = qEnvironmentVariable("PGPASSWORD");
+        QString error;
+        const auto admin = backend::StoreAdmin::open(options, &error);
+        QVERIFY2(admin, qPrintable(error));
+        QVERIFY(admin->setEnabled(QStringLiteral("bob"), false));
+        QProcess bob;
+        startAs(bob, "bob", {QStringLiteral("SELECT pg_sleep(600)")});
+        QTRY_COMPARE_WITH_TIMEOUT(sleeping("bob"), QStringLiteral("1"), 60'000);
+        QVERIFY(admin->commit());
+        QVERIFY(bob.waitForFinished(60'000));
+        QCOMPARE(sleeping("bob"), QStringLiteral("0"));
+    }
+
+    void whoeverHoldsALockIsDisabledAllTheSame()
+    {
+        fill();
+        QProcess bob;
+        startAs(bob, "bob",
+                {QStringLiteral("BEGIN"),
+                 QStringLiteral("SELECT authsetting.run_requests(gen_random_uuid(), "
+                                "'[{\"kind\": \"cancel\"}]')"),
+                 QStringLiteral("SELECT pg_sleep(600)")});
+        QTRY_COMPARE_WITH_TIMEOUT(sleeping("bob"), QStringLiteral("1"), 60'000);
+        const AdminProgram disabled = run({QStringLiteral("disable"), QStringLiteral("bob")});
+        QCOMPARE(disabled.complaints, QString());
+        QCOMPARE(disabled.code, 0);
+        QVERIFY(bob.waitForFinished(60'000));
+        QVERIFY(!signsIn(QStringLiteral("bob"), QStringLiteral("pw-bob")));
+    }
+
+    void aStoreOfTheVersionBeforeIsBroughtUpToDate()
+    {
+        fill();
+        psql(QStringLiteral("DROP FUNCTION authsetting.admin_lock_user(text), "
+                            "authsetting.admin_note_change(bigint, text, text), "
+                            "authsetting.admin_end_connections(text); "
+                            "UPDATE authsetting.schema_version SET version = 7"),
+             QStringLiteral("branch"));
+        QVERIFY(!signsIn(QStringLiteral("bob"), QStringLiteral("pw-bob")));
+        QCOMPARE(run({QStringLiteral("create")}).code, 0);
+        QVERIFY(signsIn(QStringLiteral("bob"), QStringLiteral("pw-bob")));
+        QCOMPARE(run({QStringLiteral("disable"), QStringLiteral("bob")}).code, 0);
+        QCOMPARE(run({QStringLiteral("verify")}).code, 0);
+    }
+
     void aBackupBringsTheLoginsBack()
     {
         fill();
@@ -213,6 +305,28 @@ private:
                                     "alice,futures,1,9999,880001,s1\n")
                      .code,
                  0);
+    }
+    static QString digest(const char* user)
+    {
+        return backend::passwordDigest(QStringLiteral("pw-") + QString::fromLatin1(user));
+    }
+    // psql in that user's own hands.
+    static void startAs(QProcess& process, const char* user, const QStringList& statements)
+    {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("PGUSER"), backend::loginName(QString::fromLatin1(user)));
+        environment.insert(QStringLiteral("PGPASSWORD"), digest(user));
+        process.setProcessEnvironment(environment);
+        QStringList arguments{QStringLiteral("-X"), QStringLiteral("-d"), QStringLiteral("branch")};
+        for (const QString& statement : statements)
+            arguments += {QStringLiteral("-c"), statement};
+        process.start(QStringLiteral("psql"), arguments);
+    }
+    static QString sleeping(const char* user)
+    {
+        return psql(QStringLiteral("SELECT count(*) FROM pg_stat_activity WHERE usename = '%1' "
+                                   "AND query LIKE 'SELECT pg_sleep%'")
+                        .arg(backend::loginName(QString::fromLatin1(user))));
     }
     bool signsIn(const QString& user, const QString& password) const
     {

@@ -71,7 +71,7 @@ new_store() {
     {
         echo "BEGIN;"
         cat "$sql_folder"/[0-9]*.sql
-        echo "UPDATE authsetting.schema_version SET version = 7;"
+        echo "UPDATE authsetting.schema_version SET version = $(find "$sql_folder" -name '[0-9]*.sql' | wc -l);"
         # A day on which the grants below are good.
         echo "UPDATE authsetting.settings SET test_now = '2026-03-02 02:00:00+00';"
         echo "COMMIT;"

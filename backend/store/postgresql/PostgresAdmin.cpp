@@ -4,8 +4,11 @@
 #include "backend/store/postgresql/LoginName.h"
 #include "backend/store/postgresql/PostgresError.h"
 #include "backend/store/postgresql/ServerMigrations.h"
+#include "utils/LogCenter.h"
 
 #include <QSqlQuery>
+
+#include <utility>
 
 namespace backend {
 
@@ -91,11 +94,19 @@ void PostgresAdmin::readNames()
          });
 }
 
+QString PostgresAdmin::checkedName(const QString& name) const
+{
+    QString stored = AdminStore::checkedName(name);
+    if (stored.toUtf8().size() > maxNameBytes)
+        throw AdminProblem{QStringLiteral("用户名过长：服务器上最多 63 字节")};
+    return stored;
+}
+
 QString PostgresAdmin::knownUser(const QString& name) const
 {
-    QString stored = name.normalized(QString::NormalizationForm_C);
+    QString stored = checkedName(name);
     if (!m_users.contains(stored))
-        throw AdminProblem{QStringLiteral("用户“%1”不存在").arg(name)};
+        refuseUnknown(name);
     return stored;
 }
 
@@ -149,8 +160,6 @@ void PostgresAdmin::addUser(const QString& owner, const QString& name, const QSt
                             bool enabled)
 {
     const QString stored = checkedName(name);
-    if (stored.toUtf8().size() > maxNameBytes)
-        throw AdminProblem{QStringLiteral("用户名过长：服务器上最多 63 字节")};
     const QString digest = checkedDigest(password);
     begin();
     if (m_users.contains(stored))
@@ -213,12 +222,51 @@ void PostgresAdmin::addGrant(const GrantRecord& grant)
            whose + identity(grant.account) + what, QStringLiteral("数据与授权数据库中的记录冲突"));
 }
 
+void PostgresAdmin::setPassword(const QString& name, const QString& password)
+{
+    const QString digest = checkedDigest(password);
+    begin();
+    const QString stored = knownUser(name);
+    insert(QStringLiteral("SELECT authsetting.admin_set_password(?, ?)"),
+           {stored, m_connection.verifier(loginName(stored), digest)},
+           QStringLiteral("服务器不接受用户“%1”的密码").arg(name));
+}
+
+void PostgresAdmin::setEnabled(const QString& name, bool enabled)
+{
+    begin();
+    const QString stored = knownUser(name);
+    insert(QStringLiteral("SELECT authsetting.admin_set_enabled(?, ?)"), {stored, enabled},
+           QStringLiteral("服务器不接受用户“%1”").arg(name));
+    if (enabled)
+        m_disabled.remove(stored);
+    else
+        m_disabled.insert(stored);
+}
+
 void PostgresAdmin::commit()
 {
     if (!m_isOpen)
         return;
     m_connection.call(QStringLiteral("COMMIT"), {}, callTime);
     m_isOpen = false;
+    endConnectionsOfDisabled();
+}
+
+// Of those, too, who signed in between the change and its commit.
+void PostgresAdmin::endConnectionsOfDisabled()
+{
+    const QSet<QString> disabled = std::exchange(m_disabled, {});
+    try {
+        for (const QString& name : disabled) {
+            m_connection.call(QStringLiteral("SELECT authsetting.admin_end_connections(?)"), {name},
+                              callTime);
+        }
+    } catch (const PostgresError& error) {
+        // The change itself is done, and the server's functions refuse whoever is disabled.
+        utils::CLogCenter::error(QStringLiteral("connections of disabled users may be open [") +
+                                 error.failure().detail + QStringLiteral("]"));
+    }
 }
 
 void PostgresAdmin::rollback()
@@ -226,6 +274,7 @@ void PostgresAdmin::rollback()
     if (!m_isOpen)
         return;
     m_isOpen = false;
+    m_disabled.clear();
     try {
         m_connection.call(QStringLiteral("ROLLBACK"), {}, callTime);
     } catch (const PostgresError&) {

@@ -25,6 +25,8 @@ public:
     void addSubAccount(const mbservice::CAccountInfo& parent,
                        const mbservice::CAccountInfo& child) override;
     void addGrant(const GrantRecord& grant) override;
+    void setPassword(const QString& name, const QString& password) override;
+    void setEnabled(const QString& name, bool enabled) override;
     void commit() override;
     void rollback() override;
     void runAlone(const std::function<void()>& work) override;
@@ -33,6 +35,9 @@ public:
     QVector<AdminAccount> accounts() override;
     QString verify() override;
 
+protected:
+    QString checkedName(const QString& name) const override;
+
 private:
     void begin();
     void readNames();
@@ -40,13 +45,16 @@ private:
     QString knownUser(const QString& name) const;
     void requireAccount(const mbservice::CAccountInfo& account) const;
     void read(const QString& sql, const PostgresConnection::OnRow& onRow);
-    /// Runs `sql`, which adds a record; `problem` is why the tables forbid it.
+    /// Runs `sql`, which adds or changes a record; `problem` is why the tables forbid it.
     void insert(const QString& sql, const QVariantList& values, const QString& problem);
+    void endConnectionsOfDisabled();
 
     PostgresConnection m_connection;
     ExchangeDays m_days;
     bool m_isOpen = false;
     QSet<QString> m_users;
+    /// Whom the transaction disables.
+    QSet<QString> m_disabled;
     /// The owner of each account, by account key.
     QHash<QString, QString> m_accounts;
 };

@@ -22,6 +22,10 @@ UPDATE users SET data_version = data_version + 1 WHERE id = ?
 UPDATE users SET enabled = ? WHERE id = ? AND owner_id = ?
 -- name: users.set_password
 UPDATE users SET password_hash = ? WHERE id = ? AND owner_id = ?
+-- name: users.admin_set_enabled
+UPDATE users SET enabled = ? WHERE id = ?
+-- name: users.admin_set_password
+UPDATE users SET password_hash = ? WHERE id = ?
 -- name: sign_in.failures
 SELECT failures, last_at FROM sign_in_failures WHERE name_digest = ?
 -- name: sign_in.add_first
