@@ -231,6 +231,14 @@ private Q_SLOTS:
         QStringList before;
         for (const QString& what : kinds())
             before.append(run({QStringLiteral("list"), what}).output);
+        // How much of the server's own a login may use.
+        const QString rights = QStringLiteral(
+            "SELECT (SELECT count(*) FROM pg_proc WHERE pronamespace = 'pg_catalog'::regnamespace "
+            "AND has_function_privilege('authsetting_user', oid, 'EXECUTE')), "
+            "(SELECT count(*) FROM pg_class WHERE relnamespace = 'pg_catalog'::regnamespace "
+            "AND has_table_privilege('authsetting_user', oid, 'UPDATE'))");
+        const QString rightsBefore = psql(rights, QStringLiteral("branch"));
+        QVERIFY2(rightsBefore.endsWith(QStringLiteral("|0")), qPrintable(rightsBefore));
         // Into the database that is there, and beside logins that are there, nothing is restored.
         QCOMPARE(run({QStringLiteral("restore"), backup}).code, 3);
         psql(QStringLiteral("DROP DATABASE branch WITH (FORCE)"));
@@ -248,6 +256,7 @@ private Q_SLOTS:
         for (const QString& what : kinds())
             after.append(run({QStringLiteral("list"), what}).output);
         QCOMPARE(after, before);
+        QCOMPARE(psql(rights, QStringLiteral("branch")), rightsBefore);
         QVERIFY(signsIn(QStringLiteral("alice"), QStringLiteral("pw-alice")));
         QVERIFY(signsIn(QStringLiteral("dora"), QStringLiteral("pw-dora")));
         QVERIFY(!signsIn(QStringLiteral("carl"), QStringLiteral("pw-carl")));

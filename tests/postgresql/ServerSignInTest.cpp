@@ -201,6 +201,9 @@ private Q_SLOTS:
         login.location.user = backend::loginName(alice);
         login.credential = backend::passwordDigest(right);
         backend::PostgresConnection user(login);
+        // Not even if a login could take such a lock.
+        fixture.query(QStringLiteral("GRANT EXECUTE ON FUNCTION pg_catalog.pg_advisory_lock(bigint)"
+                                     " TO PUBLIC"));
         user.open();
         user.call(QStringLiteral("SELECT pg_advisory_lock(hashtext('authsetting migrations'))"), {},
                   std::chrono::seconds(10));

@@ -18,7 +18,7 @@ StalledGrant::StalledGrant(const DesksFixture& fixture, int account) : m_fixture
                        .arg(QString::fromStdString(DesksFixture::account(account).accountId)))
             .value(0);
     fixture.query(QStringLiteral("CREATE FUNCTION public.hold_still() RETURNS trigger"
-                                 " LANGUAGE plpgsql AS $$BEGIN"
+                                 " LANGUAGE plpgsql SECURITY DEFINER AS $$BEGIN"
                                  " PERFORM pg_catalog.pg_advisory_xact_lock_shared(1);"
                                  " RETURN NEW; END$$; "
                                  "CREATE TRIGGER hold_still BEFORE INSERT ON authsetting.grants"

@@ -1567,3 +1567,66 @@ SELECT count(*) FROM authsetting.read_model(-1);
 --# hint at changes falsely
 --@ attacker: harmless
 NOTIFY authsetting_changed, 'lie';
+
+--# hint with a text that is too long
+--@ attacker: 22023
+SELECT pg_notify('authsetting_changed', repeat('x', 8000));
+
+--# lock what the migrations lock
+--@ attacker: 42501
+--@ control: administrator works
+SELECT pg_advisory_lock(hashtext('authsetting migrations'));
+
+--# try a lock by two numbers
+--@ attacker: 42501
+--@ control: administrator works
+SELECT pg_try_advisory_lock(1, 2);
+
+--# lock until the end of the transaction
+--@ attacker: 42501
+--@ control: administrator works
+SELECT pg_advisory_xact_lock_shared(1);
+
+--# fill the server's table of locks
+--@ attacker: 42501
+--@ control: administrator works
+SELECT count(pg_advisory_lock(n)) FROM generate_series(1, 100) AS s (n);
+
+--# lock the server's settings
+--@ attacker: 42501
+BEGIN;
+LOCK TABLE pg_settings IN ACCESS EXCLUSIVE MODE;
+ROLLBACK;
+
+--# update the server's settings
+--@ attacker: 42501
+--@ control: administrator works
+UPDATE pg_settings SET setting = 'off' WHERE name = 'synchronous_commit';
+
+--# lock the server's catalog
+--@ attacker: 42501
+BEGIN;
+LOCK TABLE pg_catalog.pg_authid IN ROW EXCLUSIVE MODE;
+ROLLBACK;
+
+--# keep a reading beyond its transaction
+--@ attacker: says 4
+BEGIN;
+DECLARE thief CURSOR WITH HOLD FOR SELECT count(*) FROM authsetting.read_model(-1);
+COMMIT;
+FETCH ALL FROM thief;
+
+--# have a change seen before it is safe
+--@ attacker: says on
+SET synchronous_commit = off;
+BEGIN;
+DO $$ BEGIN
+    IF NOT (authsetting.run_requests(gen_random_uuid(), jsonb_build_array(
+        jsonb_build_object('kind', 'add', 'user', 'eve', 'platform_id', 1, 'broker_id', '9999',
+            'account_sub_type', 0, 'account_number', 'M-2', 'first_day', '2026-03-01',
+            'last_day', '2026-04-30', 'on_server', true))) -> 'results' -> 0 ->> 'ok')::boolean THEN
+        RAISE 'the grant was refused';
+    END IF;
+END $$;
+SELECT current_setting('synchronous_commit');
+ROLLBACK;
