@@ -30,9 +30,10 @@ AuthClient::AuthClient(const StoreOptions& options, qint64 userId, const QString
         QMetaObject::invokeMethod(
             this, [this, delivery] { m_outbox.add(delivery); }, Qt::QueuedConnection);
     };
-    const auto noteState = [this](bool isOnline) {
+    const auto noteState = [this](bool isOnline, const QString& refusal) {
         QMetaObject::invokeMethod(
-            this, [this, isOnline] { m_connectionState.set(isOnline); }, Qt::QueuedConnection);
+            this, [this, isOnline, refusal] { m_connectionState.set(isOnline, refusal); },
+            Qt::QueuedConnection);
     };
     m_worker =
         std::make_unique<StoreWorker>(options, userId, userName, m_queue, deliver, noteState);

@@ -101,8 +101,13 @@ void StoreWorker::process()
 
 void StoreWorker::noteState()
 {
-    if (std::exchange(m_isOnline, m_store->isOnline()) != m_store->isOnline())
-        m_noteState(m_store->isOnline());
+    const bool isOnline = m_store->isOnline();
+    const QString refusal = m_store->refusal();
+    if (isOnline == m_isOnline && refusal == m_refusal)
+        return;
+    m_isOnline = isOnline;
+    m_refusal = refusal;
+    m_noteState(isOnline, refusal);
 }
 
 QVector<AuditEntry> StoreWorker::auditTrail(int limit)

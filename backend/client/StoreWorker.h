@@ -24,8 +24,9 @@ public:
     /// `deliver` is called in the worker's thread with what was committed.
     using Deliver = std::function<void(const std::shared_ptr<Delivery>&)>;
 
-    /// Called in the worker's thread when the store was lost or found again.
-    using NoteState = std::function<void(bool isOnline)>;
+    /// Called in the worker's thread when the store was lost or found again, and when it has
+    /// another reason than before not to take the user back; see UserStore::refusal().
+    using NoteState = std::function<void(bool isOnline, const QString& refusal)>;
 
     StoreWorker(const StoreOptions& options, qint64 userId, const QString& userName,
                 RequestQueue& queue, Deliver deliver, NoteState noteState);
@@ -55,6 +56,7 @@ private:
     Deliver m_deliver;
     NoteState m_noteState;
     bool m_isOnline = true;
+    QString m_refusal;
     std::unique_ptr<UserStore> m_store;
     SnapshotBuilder m_snapshots;
     std::unique_ptr<QTimer> m_pollTimer;

@@ -59,6 +59,9 @@ public:
     virtual Environment environment() = 0;
     /// Whether the store can be reached; a local one always can.
     virtual bool isOnline() const = 0;
+    /// Why the store does not take the user back by itself, in Chinese; empty while it is online or
+    /// simply out of reach.
+    virtual QString refusal() const { return {}; }
 
     /// Sets what to call, in the store's thread, when poll() has something to do before its time.
     void setWakeUp(std::function<void()> wakeUp) { m_wakeUp = std::move(wakeUp); }

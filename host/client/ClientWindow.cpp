@@ -270,17 +270,20 @@ void ClientWindow::tick()
 
 void ClientWindow::onConnectionChanged(bool isOnline)
 {
-    m_connection->setOnline(isOnline);
+    const QString refusal = m_session->connectionState()->refusal();
+    m_connection->setOnline(isOnline, refusal);
     if (isOnline)
         m_offlineNotice->hide();
     else
-        m_offlineNotice->showSince(m_session->timeService()->currentDateTime());
+        m_offlineNotice->showSince(m_session->timeService()->currentDateTime(), refusal);
     // The dialog covers the status bar, and blocks the way to it.
     m_dialog->setTitle(isOnline ? QStringLiteral("授权设置")
                                 : QStringLiteral("授权设置（离线，只能查看）"));
-    const QString text = isOnline
-                             ? QStringLiteral("与服务器的连接已恢复，显示的数据已更新")
-                             : QStringLiteral("与服务器的连接已断开，正在重新连接；现在只能查看");
+    QString text = QStringLiteral("与服务器的连接已断开，正在重新连接；现在只能查看");
+    if (isOnline)
+        text = QStringLiteral("与服务器的连接已恢复，显示的数据已更新");
+    else if (!refusal.isEmpty())
+        text = QStringLiteral("与服务器的连接已断开，%1；现在只能查看").arg(refusal);
     m_messages->showAccountMsg(text, QString(), GW::MSG_TYPE_SYSTEM,
                                isOnline ? mbservice::MSG_LEVEL_INFO : mbservice::MSG_LEVEL_WARNING);
     constexpr int note = 1;

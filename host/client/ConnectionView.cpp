@@ -22,10 +22,14 @@ ConnectionView::ConnectionView(QWidget* parent)
     setOnline(true);
 }
 
-void ConnectionView::setOnline(bool isOnline)
+void ConnectionView::setOnline(bool isOnline, const QString& refusal)
 {
     m_isOnline = isOnline;
-    m_text->setText(isOnline ? QStringLiteral("在线") : QStringLiteral("离线：正在重新连接…"));
+    QString text = QStringLiteral("在线");
+    if (!isOnline)
+        text = QStringLiteral("离线：") +
+               (refusal.isEmpty() ? QStringLiteral("正在重新连接…") : refusal);
+    m_text->setText(text);
     m_text->setTextColorKey(isOnline ? QStringLiteral("clr_success")
                                      : QStringLiteral("clr_danger"));
     setAccessibleName(m_text->text());

@@ -18,7 +18,8 @@ class ConnectionView : public KZ::CBaseWidget
 public:
     explicit ConnectionView(QWidget* parent);
 
-    void setOnline(bool isOnline);
+    /// `refusal` is why the server does not take the user back; empty when it is out of reach.
+    void setOnline(bool isOnline, const QString& refusal = {});
     /// What is shown now.
     QString text() const;
 

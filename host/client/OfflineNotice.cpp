@@ -4,7 +4,6 @@
 #include "kit/widgets/SimpleTextWidget.h"
 
 #include <QAccessible>
-#include <QDateTime>
 #include <QGridLayout>
 #include <QLabel>
 #include <QPainter>
@@ -45,10 +44,13 @@ OfflineNotice::OfflineNotice(QWidget* parent)
     hide();
 }
 
-void OfflineNotice::showSince(const QDateTime& when)
+void OfflineNotice::showSince(const QDateTime& when, const QString& refusal)
 {
-    m_title->setText(QStringLiteral("离线：%1 起与服务器的连接断开，正在自动重新连接")
-                         .arg(when.toString(QStringLiteral("HH:mm:ss"))));
+    if (isHidden())
+        m_since = when;
+    m_title->setText(QStringLiteral("离线：%1 起与服务器的连接断开，%2")
+                         .arg(m_since.toString(QStringLiteral("HH:mm:ss")),
+                              refusal.isEmpty() ? QStringLiteral("正在自动重新连接") : refusal));
     setAccessibleName(m_title->text());
     setAccessibleDescription(m_explanation->text());
     show();

@@ -2,7 +2,8 @@
 
 #include "kit/widgets/BaseWidget.h"
 
-class QDateTime;
+#include <QDateTime>
+
 class QLabel;
 
 namespace KZ {
@@ -20,8 +21,9 @@ class OfflineNotice : public KZ::CBaseWidget
 public:
     explicit OfflineNotice(QWidget* parent);
 
-    /// Shows the notice and tells assistive tools; `when` is the moment that the user reads.
-    void showSince(const QDateTime& when);
+    /// Shows the notice and tells assistive tools. `when` is the moment that the user reads, of the
+    /// first call since the notice was hidden; `refusal` is why the server does not take him back.
+    void showSince(const QDateTime& when, const QString& refusal = {});
 
     void onUiResourceChanged() override;
 
@@ -31,6 +33,7 @@ protected:
 private:
     void showIcon();
 
+    QDateTime m_since;
     QLabel* m_icon;
     KZ::CSimpleTextWidget* m_title;
     KZ::CSimpleTextWidget* m_explanation;

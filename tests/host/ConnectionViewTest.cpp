@@ -29,6 +29,32 @@ private Q_SLOTS:
         QCOMPARE(icon(), online);
     }
 
+    void aServerThatDoesNotTakeTheUserBackIsToldWithItsReason()
+    {
+        const QString refusal = QStringLiteral("当前用户已被禁用");
+        host::ConnectionView view(nullptr);
+        view.setOnline(false);
+        QCOMPARE(view.text(), QStringLiteral("离线：正在重新连接…"));
+        view.setOnline(false, refusal);
+        QCOMPARE(view.text(), QStringLiteral("离线：当前用户已被禁用"));
+        QCOMPARE(view.accessibleName(), view.text());
+        view.setOnline(true);
+        QCOMPARE(view.text(), QStringLiteral("在线"));
+
+        QWidget window;
+        host::OfflineNotice notice(&window);
+        window.show();
+        const QDateTime when(QDate(2026, 3, 2), QTime(10, 30, 5));
+        notice.showSince(when);
+        notice.showSince(when.addSecs(60), refusal);
+        QCOMPARE(notice.accessibleName(),
+                 QStringLiteral("离线：10:30:05 起与服务器的连接断开，当前用户已被禁用"));
+        notice.hide();
+        notice.showSince(when.addSecs(120));
+        QCOMPARE(notice.accessibleName(),
+                 QStringLiteral("离线：10:32:05 起与服务器的连接断开，正在自动重新连接"));
+    }
+
     void theThemeChangesTheIcon()
     {
         host::ConnectionView view(nullptr);
@@ -73,6 +99,16 @@ private Q_SLOTS:
         QCOMPARE(changed.size(), 1);
         QCOMPARE(changed.first().first().toBool(), false);
         QVERIFY(!state.isOnline());
+        QCOMPARE(state.refusal(), QString());
+        const QString refusal = QStringLiteral("密码已被更改，请重新登录");
+        state.set(false, refusal);
+        state.set(false, refusal);
+        QCOMPARE(changed.size(), 2);
+        QCOMPARE(changed.last().first().toBool(), false);
+        QCOMPARE(state.refusal(), refusal);
+        state.set(true);
+        QCOMPARE(changed.size(), 3);
+        QCOMPARE(state.refusal(), QString());
     }
 };
 

@@ -64,6 +64,31 @@ private Q_SLOTS:
         QVERIFY(connection.isOpen());
     }
 
+    // Nothing arrives any more that could make the event loop look.
+    void aNoticeThatCameWithAnAnswerIsPassedOn()
+    {
+        const DesksFixture fixture;
+        PostgresConnection connection(fixture.adminOptions());
+        PostgresConnection other(fixture.adminOptions());
+        connection.open();
+        other.open();
+        int notices = 0;
+        connection.listen(QStringLiteral("changes"), [&notices] { ++notices; });
+        // One's own is no news.
+        connection.call(QStringLiteral("NOTIFY changes"), {}, 10s);
+        QCOMPARE(notices, 0);
+        other.call(QStringLiteral("NOTIFY changes"), {}, 10s);
+        for (int attempts = 0; notices == 0 && attempts < 10'000; ++attempts)
+            connection.call(QStringLiteral("SELECT 1"), {}, 10s);
+        QCOMPARE(notices, 1);
+        // Neither is it forgotten when the call fails.
+        other.call(QStringLiteral("NOTIFY changes"), {}, 10s);
+        for (int attempts = 0; notices == 1 && attempts < 10'000; ++attempts)
+            QCOMPARE(thrownBy([&] { connection.call(QStringLiteral("SELECT 1/0"), {}, 10s); }),
+                     QStringLiteral("22012"));
+        QCOMPARE(notices, 2);
+    }
+
     void aConnectionThatIsEndedAtItsCommitIsLost()
     {
         const DesksFixture fixture;

@@ -20,9 +20,12 @@ ProxyLine::ProxyLine(QTcpSocket* client, quint16 serverPort, ProxyRules& rules, 
     connect(m_client, &QTcpSocket::readyRead, this, &ProxyLine::takeFromClient);
     connect(m_server, &QTcpSocket::readyRead, this, &ProxyLine::takeFromServer);
     connect(m_client, &QTcpSocket::disconnected, this, &QObject::deleteLater);
+    // What the server said last still reaches the client.
     const auto onServerGone = [this] {
-        if (!m_rules.swallowsToClient)
-            cut();
+        if (m_rules.swallowsToClient)
+            return;
+        m_server->disconnect(this);
+        m_client->disconnectFromHost();
     };
     connect(m_server, &QTcpSocket::disconnected, this, onServerGone);
     connect(m_server, &QTcpSocket::errorOccurred, this, onServerGone);

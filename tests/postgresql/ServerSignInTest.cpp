@@ -4,6 +4,7 @@
 #include "backend/store/postgresql/ServerProbe.h"
 #include "tests/postgresql/DesksFixture.h"
 #include "tests/postgresql/ServerGate.h"
+#include "tests/postgresql/TcpProxy.h"
 #include "tests/support/TestCase.h"
 
 #include <QFile>
@@ -90,6 +91,36 @@ private Q_SLOTS:
         QCOMPARE(refusalOf(backend::ServerAddress(superuser)).sqlState, QStringLiteral("28000"));
         QCOMPARE(attempt(fixture.options(), alice, right),
                  QStringLiteral("服务器不允许从这台机器登录，请联系管理人"));
+    }
+
+    void aServerThatSpeaksEnglishIsAskedOnce()
+    {
+        DesksFixture fixture;
+        QVERIFY(fixture.fill(1));
+        fixture.query(QStringLiteral("SELECT authsetting.admin_set_enabled('dora', false)"));
+        const TcpProxy proxy(DesksFixture::serverPort());
+        const StoreOptions store = fixture.options(proxy.port());
+        QCOMPARE(attempt(store, alice, QStringLiteral("wrong")), wrongText);
+        QCOMPARE(proxy.connections(), 1);
+        QCOMPARE(attempt(store, QStringLiteral("dora"), QStringLiteral("pw-dora")),
+                 QStringLiteral("用户已被禁用，请联系管理人"));
+        QCOMPARE(proxy.connections(), 2);
+        QCOMPARE(attempt(store, QStringLiteral("dora"), QStringLiteral("wrong")), wrongText);
+        QCOMPARE(proxy.connections(), 3);
+    }
+
+    void aServerInAnotherLanguageIsAskedForItsCode()
+    {
+        const QString login = backend::loginName(alice);
+        const auto told = [&login](const QString& text) {
+            return backend::refusalIn(text, login).has_value();
+        };
+        QVERIFY(!told(QStringLiteral("FATAL: Passwort-Authentifizierung für Benutzer »%1« "
+                                     "fehlgeschlagen")
+                          .arg(login)));
+        // Neither is it believed about somebody else.
+        QVERIFY(!told(QStringLiteral("FATAL: password authentication failed for user \"as_\"")));
+        QVERIFY(!told(QStringLiteral("FATAL: sorry, too many clients already")));
     }
 
     void aServerThatCannotProveItselfGetsNoPassword()

@@ -11,8 +11,10 @@ TcpProxy::TcpProxy(quint16 serverPort)
     m_thread.start();
     inThread([this, serverPort] {
         QObject::connect(m_server, &QTcpServer::newConnection, m_server, [this, serverPort] {
-            while (QTcpSocket* client = m_server->nextPendingConnection())
+            while (QTcpSocket* client = m_server->nextPendingConnection()) {
                 new ProxyLine(client, serverPort, m_rules, m_server);
+                ++m_connections;
+            }
         });
         m_server->listen(QHostAddress::LocalHost);
         m_port = m_server->serverPort();
@@ -77,6 +79,13 @@ void TcpProxy::pass()
         m_rules.lostReplies = lostReplies;
         m_rules.droppedNotices = droppedNotices;
     });
+}
+
+int TcpProxy::connections() const
+{
+    int count = 0;
+    inThread([&] { count = m_connections; });
+    return count;
 }
 
 int TcpProxy::lostReplies() const

@@ -37,6 +37,8 @@ public:
     /// Lets everything through again; what has vanished stays so.
     void pass();
 
+    /// How many connections have been made.
+    int connections() const;
     int lostReplies() const;
     int droppedNotices() const;
 
@@ -47,5 +49,6 @@ private:
     /// Lives in the thread; the lines are its children.
     QTcpServer* m_server = nullptr;
     ProxyRules m_rules;
+    int m_connections = 0;
     quint16 m_port = 0;
 };

@@ -78,7 +78,8 @@ void PostgresConnection::open()
     if (!database.open()) {
         const QString detail = database.lastError().text().simplified();
         database.close();
-        const ServerRefusal refusal = refusalOf(m_address);
+        const auto told = refusalIn(detail, m_address.location().user);
+        const ServerRefusal refusal = told ? *told : refusalOf(m_address);
         throw PostgresError({refusal.kind, detail}, refusal.sqlState);
     }
     m_isOpen = true;
@@ -118,10 +119,13 @@ void PostgresConnection::call(const QString& sql, const QVariantList& values,
             while (onRow && query.next())
                 onRow(query);
     }
-    if (error.isValid()) {
+    if (error.isValid())
         dropIfLost();
+    // What has come together with the answer, nothing would announce again.
+    if (m_isOpen && takeNotices() && m_onNotice)
+        m_onNotice();
+    if (error.isValid())
         throwError(error, !m_isOpen);
-    }
 }
 
 void PostgresConnection::listen(const QString& channel, std::function<void()> onNotice)
@@ -136,11 +140,7 @@ void PostgresConnection::listen(const QString& channel, std::function<void()> on
 void PostgresConnection::onReadable()
 {
     PQconsumeInput(handle());
-    bool isNotice = false;
-    while (PGnotify* notice = PQnotifies(handle())) {
-        PQfreemem(notice);
-        isNotice = true;
-    }
+    const bool isNotice = takeNotices();
     const bool isGone = PQstatus(handle()) != CONNECTION_OK;
     if (!isNotice && !isGone)
         return;
@@ -152,6 +152,18 @@ void PostgresConnection::onReadable()
         close();
     }
     onNotice();
+}
+
+// Whether there was one from another connection; who changed something himself knows it.
+bool PostgresConnection::takeNotices()
+{
+    pg_conn* connection = handle();
+    bool isFromOthers = false;
+    while (PGnotify* notice = PQnotifies(connection)) {
+        isFromOthers = isFromOthers || notice->be_pid != PQbackendPID(connection);
+        PQfreemem(notice);
+    }
+    return isFromOthers;
 }
 
 void PostgresConnection::dropIfLost()

@@ -37,8 +37,9 @@ public:
     void call(const QString& sql, const QVariantList& values, std::chrono::milliseconds time,
               const OnRow& onRow = {});
 
-    /// Lets the server tell of changes: `onNotice` is called from the event loop for each notice on
-    /// `channel`, and when the connection is found to be gone.
+    /// Lets the server tell of changes: `onNotice` is called, from the event loop or at the end of
+    /// a call, when others have sent notices on `channel`, and from the event loop when the
+    /// connection is found to be gone.
     void listen(const QString& channel, std::function<void()> onNotice);
 
     /// What the server keeps of a password in the place of it: a salted SCRAM-SHA-256 verifier.
@@ -47,6 +48,7 @@ public:
 private:
     pg_conn* handle() const;
     void onReadable();
+    bool takeNotices();
     void dropIfLost();
 
     ServerAddress m_address;

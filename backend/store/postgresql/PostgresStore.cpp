@@ -12,6 +12,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QSqlQuery>
+#include <QTimer>
 #include <QUuid>
 
 #include <algorithm>
@@ -80,10 +81,13 @@ StoreFailure PostgresStore::open()
 {
     return attempt([&] {
         m_link = std::make_unique<ServerLink>(asLogin(m_options));
-        m_link->open([this] {
-            m_hint = true;
-            wakeUp();
-        });
+        // Made here, in the thread that it works in.
+        m_hintTimer = std::make_unique<QTimer>();
+        m_hintTimer->setSingleShot(true);
+        m_hintTimer->setTimerType(Qt::PreciseTimer);
+        QObject::connect(m_hintTimer.get(), &QTimer::timeout, m_hintTimer.get(),
+                         [this] { wakeUp(); });
+        m_link->open([this] { onNotice(); });
         QDate today;
         int schema = 0;
         m_link->look(
@@ -109,13 +113,21 @@ QJsonObject PostgresStore::callForJson(const QString& sql, const QVariantList& v
     return answer;
 }
 
+QString PostgresStore::refusal() const
+{
+    using Kind = StoreFailure::Kind;
+    const Kind kind = m_link ? m_link->refusal() : Kind::None;
+    if (kind == Kind::Disabled)
+        return QStringLiteral("当前用户已被禁用");
+    if (kind == Kind::WrongLogin)
+        return QStringLiteral("密码已被更改，请重新登录");
+    return StoreFailure{kind, {}}.text();
+}
+
 QString PostgresStore::offlineText() const
 {
-    if (m_link->refusal() == StoreFailure::Kind::Disabled)
-        return QStringLiteral("当前用户已被禁用");
-    if (m_link->refusal() == StoreFailure::Kind::WrongLogin)
-        return QStringLiteral("密码已被更改，请重新登录");
-    return StoreFailure{StoreFailure::Kind::Offline, {}}.text();
+    const QString text = refusal();
+    return text.isEmpty() ? StoreFailure{StoreFailure::Kind::Offline, {}}.text() : text;
 }
 
 QVector<StoreReply> PostgresStore::refuseAll(const QVector<StoreRequest>& requests,
@@ -294,9 +306,25 @@ void PostgresStore::readModel(qint64 since)
     m_changes.merge(reader.finish());
 }
 
+void PostgresStore::onNotice()
+{
+    m_hints.note();
+    // A connection that is found to be gone is a matter of its own.
+    if (m_hints.isDue() || !m_link->connection().isOpen())
+        wakeUp();
+    else
+        awaitHints();
+}
+
+void PostgresStore::awaitHints()
+{
+    if (const auto wait = m_hints.wait())
+        m_hintTimer->start(*wait);
+}
+
 void PostgresStore::look()
 {
-    m_hint = false;
+    m_hints.beginRead();
     m_sinceLook.start();
     qint64 version = -1;
     QDate today;
@@ -313,16 +341,18 @@ void PostgresStore::look()
     m_model.today = today;
 }
 
-void PostgresStore::takeHint()
+bool PostgresStore::takeHint()
 {
-    m_hint = false;
+    m_hints.beginRead();
     const QDate day = m_model.today;
+    const qint64 version = m_model.version;
     readModel(m_model.version);
-    if (m_model.today == day)
-        return;
-    // What a new day begins and ends is no change of rows; the whole look tells it.
-    m_model.today = day;
-    look();
+    if (m_model.today != day) {
+        // What a new day begins and ends is no change of rows; the whole look tells it.
+        m_model.today = day;
+        look();
+    }
+    return m_model.version != version;
 }
 
 void PostgresStore::poll()
@@ -333,16 +363,22 @@ void PostgresStore::poll()
     const std::chrono::milliseconds interval = std::min<std::chrono::milliseconds>(
         servertimes::lookInterval, std::chrono::milliseconds(m_options.pollIntervalMs) * 10);
     const bool due = !m_sinceLook.isValid() || m_sinceLook.hasExpired(interval.count());
-    if (!isBack && !m_hint && !due && m_link->connection().isOpen())
-        return;
-    const bool onlyHint = m_hint && !isBack && !due && m_link->connection().isOpen();
-    attempt([&] {
-        closeOpenEnds();
-        if (onlyHint)
-            takeHint();
-        else
-            look();
-    });
+    const bool isOwnReason = isBack || due || !m_link->connection().isOpen();
+    if (isOwnReason || m_hints.isDue()) {
+        bool foundChange = false;
+        const StoreFailure failure = attempt([&] {
+            closeOpenEnds();
+            if (isOwnReason)
+                look();
+            else
+                foundChange = takeHint();
+        });
+        if (!isOwnReason)
+            m_hints.endRead(foundChange);
+        if (failure)
+            m_hints.note();
+    }
+    awaitHints();
 }
 
 QVector<AuditEntry> PostgresStore::auditTrail(int limit)

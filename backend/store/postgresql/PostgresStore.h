@@ -1,6 +1,7 @@
 #pragma once
 
 #include "backend/store/UserStore.h"
+#include "backend/store/postgresql/HintPacer.h"
 #include "backend/store/postgresql/RequestJson.h"
 #include "backend/store/postgresql/ServerLink.h"
 
@@ -9,6 +10,8 @@
 #include <QJsonObject>
 
 #include <memory>
+
+class QTimer;
 
 namespace backend {
 
@@ -30,6 +33,7 @@ public:
     QVector<AuditEntry> auditTrail(int limit) override;
     Environment environment() override;
     bool isOnline() const override { return m_link && m_link->isOnline(); }
+    QString refusal() const override;
     const UserModel& model() const override { return m_model; }
     ModelChanges takeChanges() override;
 
@@ -56,8 +60,10 @@ private:
     void follow(const QVector<StoreRequest>& requests, const QVector<StoreReply>& replies,
                 const QJsonObject& answered);
     void look();
-    /// Asks for the rows at once, because somebody has said that some changed.
-    void takeHint();
+    void onNotice();
+    void awaitHints();
+    /// Asks for the rows at once, because somebody has said that some changed. Whether any did.
+    bool takeHint();
     void readModel(qint64 since);
     void settleIfDue(const QDate& today);
     void closeOpenEnds();
@@ -72,7 +78,9 @@ private:
     QHash<QString, quint64> m_failedPasswords;
     QVector<OpenEnd> m_openEnds;
     QVector<AuditEntry> m_trail;
-    bool m_hint = false;
+    HintPacer m_hints;
+    /// Wakes up for the hints that wait for the end of their interval.
+    std::unique_ptr<QTimer> m_hintTimer;
     QElapsedTimer m_sinceLook;
     /// The last day for which ended grants were ended on the server.
     QDate m_settledFor;

@@ -11,6 +11,16 @@
 
 namespace backend {
 
+namespace {
+
+// Nothing but an administrator mends it.
+bool isForGood(StoreFailure::Kind refusal)
+{
+    return refusal == StoreFailure::Kind::Disabled || refusal == StoreFailure::Kind::WrongLogin;
+}
+
+} // namespace
+
 ServerLink::ServerLink(const StoreOptions& options)
     : m_options(options), m_connection(std::make_unique<PostgresConnection>(options))
 {
@@ -82,13 +92,12 @@ void ServerLink::look(const QString& sql, const QVariantList& values,
 void ServerLink::goOffline(const PostgresError& error)
 {
     m_connection->close();
-    using Kind = StoreFailure::Kind;
-    const Kind kind = error.failure().kind;
-    m_refusal = kind == Kind::Disabled || kind == Kind::WrongLogin ? kind : Kind::None;
+    const StoreFailure::Kind kind = error.failure().kind;
+    m_refusal = kind == StoreFailure::Kind::Offline ? StoreFailure::Kind::None : kind;
     if (std::exchange(m_isOnline, false))
         utils::CLogCenter::warning(QStringLiteral("the server is gone [") + error.failure().detail +
                                    QStringLiteral("]"));
-    waitForNextTry(m_refusal == Kind::None ? servertimes::firstRetry : servertimes::refusedRetry);
+    waitForNextTry(isForGood(m_refusal) ? servertimes::refusedRetry : servertimes::firstRetry);
 }
 
 void ServerLink::waitForNextTry(std::chrono::milliseconds time)
@@ -108,6 +117,7 @@ bool ServerLink::tryReturn()
     if (m_probe.wait_for(std::chrono::seconds(0)) != std::future_status::ready)
         return false;
     if (!m_probe.get()) {
+        m_refusal = StoreFailure::Kind::None;
         waitForNextTry(std::min(m_pause * 2, servertimes::longestRetry));
         return false;
     }
@@ -116,7 +126,7 @@ bool ServerLink::tryReturn()
     } catch (const PostgresError& error) {
         const std::chrono::milliseconds next = std::min(m_pause * 2, servertimes::longestRetry);
         goOffline(error);
-        if (m_refusal == StoreFailure::Kind::None)
+        if (!isForGood(m_refusal))
             waitForNextTry(next);
         return false;
     }

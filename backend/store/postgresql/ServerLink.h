@@ -25,7 +25,7 @@ public:
 
     /// Whether requests may be sent; turns false when a call finds the server gone.
     bool isOnline() const { return m_isOnline; }
-    /// Why the server does not let the user in any more; None when it is not that.
+    /// What the server, which is there, has against the last attempt to come back; else None.
     StoreFailure::Kind refusal() const { return m_refusal; }
 
     /// Runs a call that may be run twice. Server away: fails at once.

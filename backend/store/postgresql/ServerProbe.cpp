@@ -113,6 +113,16 @@ bool isServerThere(const ServerAddress& address)
     return isThere(ParameterArrays(address));
 }
 
+std::optional<ServerRefusal> refusalIn(const QString& text, const QString& login)
+{
+    if (text.contains(
+            QStringLiteral("FATAL: password authentication failed for user \"%1\"").arg(login)))
+        return ServerRefusal{Kind::WrongLogin, QStringLiteral("28P01")};
+    if (text.contains(QStringLiteral("FATAL: role \"%1\" is not permitted to log in").arg(login)))
+        return ServerRefusal{Kind::Disabled, QStringLiteral("28000")};
+    return std::nullopt;
+}
+
 ServerRefusal refusalOf(const ServerAddress& address)
 {
     const QString& authority = address.location().sslRootCertificate;
