@@ -1,5 +1,6 @@
 #include "host/options/HostOptionsParser.h"
 
+#include "backend/store/StoreLocation.h"
 #include "utils/ExchangeTimeZone.h"
 
 namespace host {
@@ -51,7 +52,8 @@ HostOptionsParser::HostOptionsParser()
         {optionClock,
          QStringLiteral("客户端的时钟从这一时刻走起（交易所时区），如 2026-03-02T10:30:00。"),
          QStringLiteral("时刻")},
-        {optionTour, QStringLiteral("在一个临时存储上自动走一遍所有页面（需要 X 显示）。")},
+        {optionTour, QStringLiteral("在一个临时存储上自动走一遍所有页面（需要 X 显示）；与 --store "
+                                    "同用时，以管理员身份填充服务器上的空数据库并在其上进行。")},
         {optionSteps, QStringLiteral("导览每一步的图片放在此文件夹（默认 pictures）。"),
          QStringLiteral("文件夹")},
         {optionPictures, QStringLiteral("导览另把各页面的两种主题画入此文件夹。"),
@@ -172,8 +174,11 @@ bool HostOptionsParser::readTour()
     if (m_parser.isSet(optionSteps))
         m_options.stepPictures = m_parser.value(optionSteps);
     m_options.pagePictures = m_parser.value(optionPictures);
-    if (m_options.tour && m_parser.isSet(optionStore))
-        return fail(QStringLiteral("导览总是使用自己的临时存储，不能与 --store 同用。"));
+    // Somebody's file is never filled; on a server, an administrator can make a database for it.
+    if (m_options.tour && m_parser.isSet(optionStore) &&
+        !backend::StoreLocation::parse(m_options.store).isServer())
+        return fail(QStringLiteral(
+            "导览使用自己的临时存储，--store 只能是服务器（postgresql://管理员@主机/空数据库）。"));
     if (m_parser.isSet(optionPictures) && !m_options.tour)
         return fail(QStringLiteral("选项 --pictures 只与 --tour 同用。"));
     return true;

@@ -16,10 +16,15 @@ TourClient::TourClient(TourScene& scene, HostOptions options, backend::StoreOpti
     : m_scene(scene), m_options(std::move(options)), m_storeOptions(std::move(storeOptions)),
       m_folder(std::move(folder))
 {
-    const QString error = DemoStore::ensure(m_folder, m_storeOptions);
+    const bool isOnServer = m_storeOptions.location.isServer();
+    if (isOnServer)
+        m_storeOptions.dataFolder = m_folder;
+    const QString error = isOnServer ? DemoStore::fillServer(m_storeOptions)
+                                     : DemoStore::ensure(m_folder, m_storeOptions);
     if (!error.isEmpty())
         throw TourFailure(error);
-    m_storeOptions.location = backend::StoreLocation::parse(DemoStore::filePath(m_folder));
+    if (!isOnServer)
+        m_storeOptions.location = backend::StoreLocation::parse(DemoStore::filePath(m_folder));
 }
 
 TourClient::~TourClient()
@@ -30,14 +35,24 @@ TourClient::~TourClient()
 void TourClient::start()
 {
     const QString error = TourScene::onGui([this] {
-        // Without a location, so that the client shows the demonstration's users and password.
-        backend::StoreOptions options = m_storeOptions;
-        options.location = backend::StoreLocation();
-        m_host = std::make_unique<HostApplication>(m_options, options, m_folder);
+        m_host = std::make_unique<HostApplication>(m_options, clientOptions(), m_folder);
         return m_host->start();
     });
     if (!error.isEmpty())
         throw TourFailure(error);
+}
+
+backend::StoreOptions TourClient::clientOptions() const
+{
+    backend::StoreOptions options = m_storeOptions;
+    if (options.location.isServer()) {
+        // The administrator is nobody whom a desk's sign-in window would propose.
+        options.location.user.clear();
+    } else {
+        // Without one, the client shows the demonstration's users and password.
+        options.location = backend::StoreLocation();
+    }
+    return options;
 }
 
 void TourClient::stop()

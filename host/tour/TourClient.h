@@ -12,12 +12,14 @@ namespace host {
 class HostApplication;
 class TourScene;
 
-/// The client that the tour walks through, on a store of its own. Used on the tour's thread; the
+/// The client that the tour walks through, on a store that it fills. Used on the tour's thread; the
 /// client itself lives on the GUI thread.
 class TourClient
 {
 public:
-    /// `folder` must be empty; the demonstration data is put there.
+    /// `folder` must be empty; what the client keeps is put there. So is the demonstration store,
+    /// unless `storeOptions` name a database on a server, as its administrator, in which there is
+    /// nobody.
     TourClient(TourScene& scene, HostOptions options, backend::StoreOptions storeOptions,
                QString folder);
     ~TourClient();
@@ -31,12 +33,13 @@ public:
     /// Signs out through the menu.
     void signOut();
 
-    /// Where the client keeps its store.
+    /// How an administrator opens the store.
     const backend::StoreOptions& storeOptions() const { return m_storeOptions; }
     QString folder() const { return m_folder; }
 
 private:
     void stop();
+    backend::StoreOptions clientOptions() const;
 
     TourScene& m_scene;
     HostOptions m_options;
