@@ -26,6 +26,8 @@
 #include <boost/bind/bind.hpp>
 #include <boost/make_shared.hpp>
 
+#include <utility>
+
 namespace GW {
 
 namespace {
@@ -38,7 +40,7 @@ constexpr int hintTip = 2;
 CAuthSettingAccountsAuthorizeTabPage::CAuthSettingAccountsAuthorizeTabPage(QWidget* parent)
     : IAuthSettingTabPage(ID_FUTURE_AUTHSETTING_PAGE_ACCOUNTS_AUTHORIZE, -1,
                           ID_FUTURE_AUTHSETTING_TABPAGE_ACCOUNTS_AUTHORIZE, parent),
-      m_form(new CBatchForm(this))
+      m_form(new CBatchForm(this)), m_userCheck(this)
 {
     setInnerStretchWidget(m_form, 0, 0, 0, 0);
     buildMenu();
@@ -88,16 +90,16 @@ void CAuthSettingAccountsAuthorizeTabPage::fillTable()
     CAuthClient* client = getAuthClient();
     m_accounts.reserve(user ? user->accounts.size() : 0);
     for (qsizetype index = 0; user && index < user->accounts.size(); ++index) {
-        const boost::shared_ptr<CAccount> account = user->accounts.at(index);
+        boost::shared_ptr<CAccount> account = user->accounts.at(index);
         if (!account)
             continue;
-        const QString key = account->key();
+        QString key = account->key();
         if (user->isSubAccount(key) || user->hasSubAccount(key))
             continue;
         boost::shared_ptr<CAuthDetail> grant;
-        const bool granted = client && client->getAuthDetail(key, grant);
+        const bool granted = client && client->getAuthDetail(std::move(key), grant);
         m_form->table()->addAccount(*account, granted ? grant.get() : nullptr, texts);
-        m_accounts.append(account);
+        m_accounts.append(std::move(account));
     }
 }
 
@@ -305,7 +307,7 @@ void CAuthSettingAccountsAuthorizeTabPage::showCancelResult(bool ok, QString err
 void CAuthSettingAccountsAuthorizeTabPage::slotCheckAuthuserResult(QString user, bool ok,
                                                                    QString error)
 {
-    if (ok)
+    if (!m_userCheck.takeAnswer(user) || ok)
         return;
     showResultTip(m_form->granteeEditor(),
                   QStringLiteral("无法对用户") + user + QStringLiteral("进行授权！错误信息：") +
@@ -323,9 +325,7 @@ void CAuthSettingAccountsAuthorizeTabPage::onTicked(int row, bool ticked)
 
 void CAuthSettingAccountsAuthorizeTabPage::checkGrantee()
 {
-    CAuthClient* client = getAuthClient();
-    if (client && !m_form->grantee().isEmpty())
-        client->checkAuthuser(m_form->grantee());
+    m_userCheck.ask(m_form->grantee());
     m_form->showPendingInSelected();
 }
 

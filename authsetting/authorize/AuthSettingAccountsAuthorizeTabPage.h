@@ -1,5 +1,6 @@
 #pragma once
 
+#include "authsetting/authorize/UserCheck.h"
 #include "authsetting/services/AccountInfo.h"
 #include "authsetting/services/AuthDetail.h"
 #include "authsetting/services/AuthLimit.h"
@@ -73,6 +74,7 @@ private:
 
     CBatchForm* m_form;
     CGrantMenu* m_authMenu = nullptr;
+    CUserCheck m_userCheck;
     /// Row of the last cancel request.
     int m_cancelRow = -1;
     /// Accounts by row identifier.

@@ -69,7 +69,7 @@ CAuthSettingSingleAccountAuthorizeTabPage::CAuthSettingSingleAccountAuthorizeTab
     bool single, QWidget* parent)
     : IAuthSettingTabPage(pageOf(single), subPageOf(single), tabPageOf(single), parent),
       m_form(new CSingleAccountForm(this)), m_granted(boost::make_shared<CAuthDetail>()),
-      m_menu(new CGrantMenu(this))
+      m_menu(new CGrantMenu(this)), m_userCheck(this)
 {
     setInnerStretchWidget(m_form, 0, 0, 0, 0);
     connect(m_menu->fileAction(), &QAction::triggered, this,
@@ -149,6 +149,8 @@ void CAuthSettingSingleAccountAuthorizeTabPage::onActive()
 bool CAuthSettingSingleAccountAuthorizeTabPage::handleEvent(int eventId, int param1, int param2,
                                                             QString text, void* data)
 {
+    // The platform's field shares the number but says nothing about the grantee.
+    const bool fromPlatform = data == static_cast<QWidget*>(m_form->platformEdit());
     const bool fromGrantee = param1 == CSingleAccountForm::ID_GRANTEE;
     switch (eventId) {
     case KZ::EVENT_BUTTON_CLICKED:
@@ -156,7 +158,7 @@ bool CAuthSettingSingleAccountAuthorizeTabPage::handleEvent(int eventId, int par
             break;
         if (authType() == mbservice::AUTH_TYPE_GRANTED_TO_OTHER)
             cancelGrant();
-        else
+        else if (!m_form->returnToOpenThreshold())
             popUpMenu();
         return true;
     case KZ::EVENT_CELL_EDITED:
@@ -165,7 +167,8 @@ bool CAuthSettingSingleAccountAuthorizeTabPage::handleEvent(int eventId, int par
     case KZ::EVENT_TEXT_COMMITTED:
         if (!fromGrantee)
             break;
-        checkUser();
+        if (!fromPlatform)
+            m_userCheck.ask(m_form->granteeBox()->currentText());
         return true;
     case KZ::EVENT_DATE_CHANGED:
         if (param1 != CSingleAccountForm::ID_START && param1 != CSingleAccountForm::ID_END)
@@ -175,8 +178,7 @@ bool CAuthSettingSingleAccountAuthorizeTabPage::handleEvent(int eventId, int par
     case KZ::EVENT_FOCUS_LEFT:
         if (!fromGrantee)
             break;
-        // The platform's field shares the number but says nothing about the grantee.
-        if (!m_leavingByProgram && data != static_cast<QWidget*>(m_form->platformEdit()))
+        if (!m_leavingByProgram && !fromPlatform)
             checkGrantee();
         return true;
     default:
@@ -198,14 +200,6 @@ void CAuthSettingSingleAccountAuthorizeTabPage::hideEvent(QHideEvent* event)
     if (!event->spontaneous())
         m_leavingByProgram = true;
     IAuthSettingTabPage::hideEvent(event);
-}
-
-void CAuthSettingSingleAccountAuthorizeTabPage::checkUser()
-{
-    const QString grantee = m_form->granteeBox()->currentText();
-    CAuthClient* client = getAuthClient();
-    if (client && !grantee.isEmpty())
-        client->checkAuthuser(grantee);
 }
 
 bool CAuthSettingSingleAccountAuthorizeTabPage::checkGrantee()
@@ -360,7 +354,7 @@ void CAuthSettingSingleAccountAuthorizeTabPage::reloadEverything()
 void CAuthSettingSingleAccountAuthorizeTabPage::slotCheckAuthuserResult(QString user, bool ok,
                                                                         QString error)
 {
-    if (ok)
+    if (!m_userCheck.takeAnswer(user) || ok)
         return;
     showResultTip(m_form->granteeBox(),
                   QStringLiteral("无法对用户") + user + QStringLiteral("进行授权！错误信息：") +

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "authsetting/authorize/UserCheck.h"
 #include "authsetting/services/AccountInfo.h"
 #include "authsetting/services/AuthDetail.h"
 #include "authsetting/services/AuthLimit.h"
@@ -55,7 +56,6 @@ private:
     boost::shared_ptr<CAccount> account() const;
     mbservice::EAuthType authType() const;
     void connectClient();
-    void checkUser();
     bool checkGrantee();
     void checkDates();
     void popUpMenu();
@@ -71,6 +71,7 @@ private:
     QString m_exportPassword;
     QString m_exportPath;
     CGrantMenu* m_menu;
+    CUserCheck m_userCheck;
     /// The account that the form shows, so that a condition is not carried over to another one.
     QString m_shownKey;
     /// The user did not leave an editor that a reload or hiding the page took from him.

@@ -143,6 +143,8 @@ void CSingleAccountForm::reset()
     m_days.propose();
     m_grantee->clear();
     m_grantee->clearEditText();
+    // What stands open there was typed for the form as it was.
+    m_conditions->view()->closePersistentEditor(thresholdCell());
     for (int row = 0; row < m_conditions->rowCount(); ++row)
         m_conditions->setItemInt(row, thresholdColumn, fullThreshold);
 }
@@ -193,6 +195,20 @@ void CSingleAccountForm::showGrant(const CAuthDetail& grant)
 void CSingleAccountForm::setConditionTicked(bool ticked)
 {
     m_conditions->setItemChecked(marginRow, enabledColumn, ticked);
+}
+
+bool CSingleAccountForm::returnToOpenThreshold()
+{
+    QWidget* editor = m_conditions->view()->indexWidget(thresholdCell());
+    if (!editor || !m_conditions->isItemChecked(marginRow, enabledColumn))
+        return false;
+    editor->setFocus();
+    return true;
+}
+
+QModelIndex CSingleAccountForm::thresholdCell() const
+{
+    return m_conditions->view()->model()->index(marginRow, thresholdColumn);
 }
 
 CAuthLimit CSingleAccountForm::limit(bool wholePercent) const

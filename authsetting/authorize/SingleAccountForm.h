@@ -4,6 +4,7 @@
 #include "authsetting/services/AuthLimit.h"
 #include "kit/widgets/WidgetList.h"
 
+#include <QModelIndex>
 #include <QString>
 
 namespace KZ {
@@ -50,6 +51,9 @@ public:
     void showAccount(const CAccount* account);
     void showGrant(const CAuthDetail& grant);
     void setConditionTicked(bool ticked);
+    /// Puts the user back into the threshold of a ticked condition when what he typed there was not
+    /// taken; false when nothing is open. A grant would carry another limit than the one in sight.
+    bool returnToOpenThreshold();
 
     const CGrantDays& days() const { return m_days; }
     /// Days and, when ticked, condition as the user set them. `wholePercent` drops the fraction of
@@ -66,6 +70,7 @@ private:
     void addRows();
     void addTable();
     void addGrantButton();
+    QModelIndex thresholdCell() const;
 
     KZ::CSimpleTextWidget* m_state = nullptr;
     KZ::CLineEdit* m_platform = nullptr;

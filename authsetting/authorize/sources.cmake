@@ -8,3 +8,4 @@ list(APPEND authorize_SOURCES FormRow.cpp FormRow.h GrantButton.cpp GrantButton.
 list(APPEND authorize_SOURCES GrantMenu.cpp GrantMenu.h GrantFilePrompt.cpp GrantFilePrompt.h GranteeList.cpp GranteeList.h)
 list(APPEND authorize_SOURCES MarginThreshold.cpp MarginThreshold.h PlatformSetting.cpp PlatformSetting.h)
 list(APPEND authorize_SOURCES SecretText.cpp SecretText.h SingleAccountForm.cpp SingleAccountForm.h)
+list(APPEND authorize_SOURCES UserCheck.cpp UserCheck.h)

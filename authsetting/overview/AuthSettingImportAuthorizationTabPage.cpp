@@ -80,7 +80,9 @@ void CAuthSettingImportAuthorizationTabPage::reloadData()
     if (!user)
         return;
     const CExpiryHints hints;
-    for (const boost::shared_ptr<CAccount>& account : user->accounts) {
+    // A copy, because the client may change the list while its reads are under way.
+    const QVector<boost::shared_ptr<CAccount>> accounts = user->accounts;
+    for (const boost::shared_ptr<CAccount>& account : accounts) {
         if (!account || account->authType != mbservice::AUTH_TYPE_GRANTED_TO_ME)
             continue;
         const QString key = account->key();

@@ -8,7 +8,11 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QScopeGuard>
 #include <QTemporaryDir>
+#include <QTimeZone>
+
+#include <ctime>
 
 namespace {
 
@@ -166,6 +170,80 @@ private Q_SLOTS:
         QCOMPARE(client.exports[0].grants.size(), 3);
         QCOMPARE(client.exports[0].grants[0]->account.accountPrivate, std::string("the owner's"));
         QCOMPARE(client.exports[0].grants[1]->account.accountPrivate, std::string("of nobody"));
+    }
+
+    void theFileTellsTheGranteeAndTheConditionsThatWereConfirmed()
+    {
+        FileGrant grant;
+        StandingClock clock;
+        grant.grant(QStringLiteral("p"));
+        clock.now += 1;
+        FakeAuthClient& client = grant.test.services.client;
+        GW::CAuthLimit confirmed;
+        confirmed.startTime = 86400;
+        confirmed.endTime = 2 * 86400;
+        confirmed.availableMarginRatio = 0.25;
+        const QVariant tag = client.addAuths[0].tag;
+        // Of an account that the configuration no longer knows the page has what it shows.
+        grant.test.services.user.accounts.clear();
+        for (const auto& account : {grant.first, grant.second}) {
+            mbservice::CAccountInfo echoed = *account;
+            echoed.accountPrivate.clear();
+            Q_EMIT client.sigAddAuthResult(QStringLiteral("Bob"), echoed, confirmed, QString(), tag,
+                                           true, QString(), false);
+        }
+        QCOMPARE(client.exports.size(), 1);
+        for (const auto& written : std::as_const(client.exports[0].grants)) {
+            QCOMPARE(written->grantee, QStringLiteral("Bob"));
+            QCOMPARE(written->limit.startTime, confirmed.startTime);
+            QCOMPARE(written->limit.endTime, confirmed.endTime);
+            QCOMPARE(written->limit.availableMarginRatio, 0.25);
+            QVERIFY(written->account.accountPrivate.starts_with("secret of 1"));
+        }
+    }
+
+    void aServerGrantKeepsThePasswordItWasGiven()
+    {
+        FileGrant grant;
+        StandingClock clock;
+        grant.test.page->slotAuthPasswordForServer(QStringLiteral(" pw "));
+        clock.now += 1;
+        FakeAuthClient& client = grant.test.services.client;
+        QVERIFY(client.addAuths[0].toServer);
+        for (FakeAuthClient::AddAuth& request : client.addAuths)
+            request.toServer = false;
+        client.answerAdd(true);
+        client.answerAdd(true);
+        QCOMPARE(client.exports.size(), 1);
+        QCOMPARE(client.exports[0].password, QStringLiteral(" pw "));
+    }
+
+    void theProposedNameTellsTheTimeOfTheMachinesZone()
+    {
+        const QByteArray before = qgetenv("TZ");
+        const bool wasSet = qEnvironmentVariableIsSet("TZ");
+        const auto restore = qScopeGuard([&] {
+            wasSet ? qputenv("TZ", before) : qunsetenv("TZ");
+            ::tzset();
+        });
+        for (const char* zone : {"Pacific/Kiritimati", "America/New_York"}) {
+            qputenv("TZ", zone);
+            ::tzset();
+            const auto now = [zone]() -> QString {
+                const QDateTime local = QDateTime::currentDateTimeUtc().toTimeZone(QTimeZone(zone));
+                return QStringLiteral("vell_auth_") +
+                       local.toString(QStringLiteral("yyyy-MM-dd_hh-mm-ss"));
+            };
+            FileGrant grant;
+            ModalDriver user;
+            user.answerFile(QString());
+            const QString earliest = now();
+            grant.test.page->onFileAuthTriggered(false);
+            const QString latest = now();
+            // Names sort as their times do.
+            QVERIFY2(user.proposals[0] >= earliest, qPrintable(user.proposals[0]));
+            QVERIFY2(user.proposals[0] <= latest, qPrintable(user.proposals[0]));
+        }
     }
 
     void theFirstOfTwoRecordsOfOneAccountGivesTheSecret()

@@ -1,6 +1,9 @@
+#include "authsetting/authorize/AuthSettingAccountsAuthorizeTabPage.h"
 #include "authsetting/overview/AuthSettingAccountsOverviewTabPage.h"
 #include "authsetting/overview/AuthSettingImportAuthorizationTabPage.h"
 #include "authsetting/shell/AuthSettingEvents.h"
+#include "authsetting/subusers/AuthSettingRestrictedUsersManageTabPage.h"
+#include "authsetting/subusers/AuthSettingSingleRestrictedUserGeneralTabPage.h"
 #include "kit/resources/UiResource.h"
 #include "kit/table/OddEvenRowTable.h"
 #include "tests/authsetting/DialogTools.h"
@@ -198,6 +201,30 @@ private Q_SLOTS:
                                        "QVariant,bool,QString)")));
         QCOMPARE(ownMethods(GW::CAuthSettingImportAuthorizationTabPage::staticMetaObject),
                  QStringList(QStringLiteral("slot slotValidAuth(QString,QString,bool,QString)")));
+        const QString addResult =
+            QStringLiteral("slot slotAddAuthResult(QString,mbservice::CAccountInfo,CAuthLimit,"
+                           "QString,QVariant,bool,QString,bool)");
+        const QString delResult =
+            QStringLiteral("slot slotDelAuthResult(QString,mbservice::CAccountInfo,QVariant,bool,"
+                           "QString)");
+        const QStringList menu{QStringLiteral("slot onFileAuthTriggered(bool)"),
+                               QStringLiteral("slot onServerAuthTriggered(bool)")};
+        QCOMPARE(ownMethods(GW::CAuthSettingAccountsAuthorizeTabPage::staticMetaObject),
+                 QStringList({addResult, delResult,
+                              QStringLiteral("slot slotCheckAuthuserResult(QString,bool,QString)"),
+                              QStringLiteral("slot slotAuthPasswordForServer(QString)")}) +
+                     menu);
+        QCOMPARE(
+            ownMethods(GW::CAuthSettingRestrictedUsersManageTabPage::staticMetaObject),
+            QStringList(QStringLiteral("slot slotSetsubuserResult(QString,bool,bool,QString)")));
+        QCOMPARE(
+            ownMethods(GW::CAuthSettingSingleRestrictedUserGeneralTabPage::staticMetaObject),
+            QStringList({QStringLiteral("slot slotUpdatesubuserResult(QString,QString,bool,"
+                                        "QString)"),
+                         QStringLiteral("slot slotSetsubuserResult(QString,bool,bool,QString)"),
+                         addResult, delResult,
+                         QStringLiteral("slot slotGetAuthPasswordFromServer(QString)")}) +
+                menu);
     }
 };
 

@@ -1,4 +1,9 @@
+#include "authsetting/authorize/AuthSettingAccountsAuthorizeTabPage.h"
+#include "authsetting/authorize/AuthSettingSingleAccountAuthorizeTabPage.h"
 #include "authsetting/services/Services.h"
+#include "authsetting/subusers/AuthSettingSingleRestrictedUserGeneralTabPage.h"
+#include "kit/table/OddEvenRowTable.h"
+#include "kit/widgets/ComboBox.h"
 #include "tests/authsetting/DialogTools.h"
 #include "tests/support/TestCase.h"
 
@@ -63,6 +68,39 @@ private Q_SLOTS:
         }
         dialog.slotUiUpdateAuth();
         QVERIFY(services.client.addAuths.isEmpty());
+    }
+
+    void aGrantGoesOutThoughNobodyCanBeTold()
+    {
+        FakeServices services;
+        const auto account =
+            services.user.addAccount(1, 1, "b", "1", mbservice::AUTH_TYPE_NOT_GRANTED);
+        services.client.activeSubUsers = {QStringLiteral("ops")};
+        GW::installServices(&services.client, &services.user, nullptr, nullptr, nullptr);
+        EventRecorder dialog;
+
+        GW::CAuthSettingAccountsAuthorizeTabPage batch(&dialog);
+        batch.reloadData();
+        batch.findChild<KZ::CComboBox*>()->setEditText(QStringLiteral("bob"));
+        batch.findChild<KZ::COddEvenRowTable*>()->setItemChecked(0, 0, true);
+        batch.onServerAuthTriggered(false);
+        QCOMPARE(services.client.addAuths.size(), 1);
+
+        GW::CAuthSettingSingleAccountAuthorizeTabPage single(true, &dialog);
+        single.setKey(account->key());
+        single.reloadData();
+        single.findChild<KZ::CComboBox*>()->setEditText(QStringLiteral("bob"));
+        single.onServerAuthTriggered(false);
+        QCOMPARE(services.client.addAuths.size(), 2);
+
+        GW::CAuthSettingSingleRestrictedUserGeneralTabPage subUser(&dialog);
+        subUser.setKey(QStringLiteral("ops"));
+        subUser.reloadData();
+        subUser.findChild<KZ::COddEvenRowTable*>()->setItemChecked(0, 0, true);
+        subUser.handleEvent(59, 100, 1, QString(), nullptr);
+        subUser.onServerAuthTriggered(false);
+        QCOMPARE(services.client.addAuths.size(), 3);
+        QVERIFY(services.messages.messages.isEmpty());
     }
 };
 

@@ -152,6 +152,22 @@ private Q_SLOTS:
         QCOMPARE(test.table->itemText(2, 2), QStringLiteral("4"));
     }
 
+    void anAccountThatGoesDuringAReloadIsStillListedByTheImportTab()
+    {
+        NotedServices services;
+        for (const char* number : {"1", "2", "3"})
+            services.user.addAccount(1, 1, "b", number, mbservice::AUTH_TYPE_GRANTED_TO_ME);
+        EventRecorder dialog;
+        GW::CAuthSettingImportAuthorizationTabPage page(&dialog);
+        services.user.onRead = [&] { services.user.accounts.clear(); };
+        page.reloadData();
+        const auto* table = page.findChild<KZ::COddEvenRowTable*>();
+        QCOMPARE(table->rowCount(), 3);
+        QCOMPARE(table->itemText(2, 2), QStringLiteral("3"));
+        page.reloadData();
+        QCOMPARE(table->rowCount(), 0);
+    }
+
     void aFailureIsToldAtTheRowPressedLastAlsoWhenItHasNoGrant()
     {
         OverviewUnderTest test;

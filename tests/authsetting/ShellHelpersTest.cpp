@@ -171,22 +171,42 @@ private Q_SLOTS:
         QCOMPARE(GW::grantDayText(seconds - 1), QStringLiteral("2026-03-08"));
     }
 
+    void todayIsTheTimeServicesDay_data()
+    {
+        QTest::addColumn<QByteArray>("zone");
+        QTest::addColumn<QTime>("time");
+        // Just after midnight the machine's day is another one east of it, just before it west.
+        for (const char* zone : {"Asia/Shanghai", "America/New_York", "UTC"}) {
+            for (const QTime& time : {QTime(0, 0), QTime(0, 30), QTime(23, 59)})
+                QTest::addRow("%s %s", zone, qPrintable(time.toString()))
+                    << QByteArray(zone) << time;
+        }
+    }
+
     void todayIsTheTimeServicesDay()
     {
+        QFETCH(QByteArray, zone);
+        QFETCH(QTime, time);
         FakeServices services;
-        services.time.now = QDateTime(QDate(2031, 5, 6), QTime(23, 59), utils::exchangeTimeZone());
+        services.time.now = QDateTime(QDate(2031, 5, 6), time, QTimeZone(zone));
         QCOMPARE(GW::clientToday(), QDate(2031, 5, 6));
     }
 
     void withoutATimeServiceTodayIsTheExchangeZonesDay()
     {
         GW::installServices(nullptr, nullptr, nullptr, nullptr, nullptr);
-        const auto today = [] {
-            return QDateTime::currentDateTimeUtc().toTimeZone(utils::exchangeTimeZone()).date();
-        };
-        const QDate before = today();
-        const QDate answer = GW::clientToday();
-        QVERIFY(answer == before || answer == today());
+        const QTimeZone usual = utils::exchangeTimeZone();
+        // More than a day apart, so that the machine's own day is never that of both.
+        for (const char* zone : {"Pacific/Kiritimati", "Etc/GMT+12"}) {
+            QVERIFY(utils::setExchangeTimeZone(QTimeZone(zone)));
+            const auto today = [zone] {
+                return QDateTime::currentDateTimeUtc().toTimeZone(QTimeZone(zone)).date();
+            };
+            const QDate before = today();
+            const QDate answer = GW::clientToday();
+            QVERIFY(answer == before || answer == today());
+        }
+        utils::setExchangeTimeZone(usual);
     }
 
     void aTableLayoutIsKeptUnderTheTablesIdentifier()

@@ -1,4 +1,5 @@
 #include "authsetting/services/AccountKey.h"
+#include "authsetting/services/Services.h"
 #include "tests/authsetting/SubUserFixture.h"
 
 #include <QRegularExpression>
@@ -7,6 +8,24 @@ namespace {
 
 const QString written = QStringLiteral("生成授权文件成功");
 const QString selectOne = QStringLiteral("至少需要选择一个账号");
+
+/// Answers every grant before it returns, and takes a second for each.
+class SlowPromptClient : public FakeAuthClient
+{
+public:
+    explicit SlowPromptClient(StandingClock& clock) : m_clock(clock) {}
+
+    void addAuth(QString grantee, const mbservice::CAccountInfo& account, GW::CAuthLimit& limit,
+                 QVariant tag, bool toServer) override
+    {
+        FakeAuthClient::addAuth(grantee, account, limit, tag, toServer);
+        m_clock.now += 1;
+        answerAdd(true);
+    }
+
+private:
+    StandingClock& m_clock;
+};
 
 void tickBoth(SubUserFixture& test)
 {
@@ -191,6 +210,79 @@ private Q_SLOTS:
         QTRY_COMPARE(test.navigatorReloads(), 3);
     }
 
+    void aRequestCarriesTheAccountsWholeRecord()
+    {
+        SubUserFixture test;
+        test.accounts[0]->accountAlias = "alias";
+        test.makePending(0);
+        test.page->onServerAuthTriggered(false);
+        const mbservice::CAccountInfo& sent = test.services.client.addAuths.first().account;
+        QCOMPARE(sent.accountPrivate, std::string("secret 0"));
+        QCOMPARE(sent.accountAlias, std::string("alias"));
+        QCOMPARE(sent.accountType, 1);
+    }
+
+    void takingBackOneTickLeavesTheOthersPending()
+    {
+        SubUserFixture test;
+        tickBoth(test);
+        test.tick(1, false);
+        QCOMPARE(test.cell(0, 4), QStringLiteral("已修改, 未授权"));
+        QVERIFY(test.ticked(0));
+        test.page->onServerAuthTriggered(false);
+        QCOMPARE(test.services.client.addAuths.size(), 1);
+        QVERIFY(mbservice::isSameAccount(test.services.client.addAuths.first().account,
+                                         *test.accounts[0]));
+    }
+
+    void aClientMayAnswerBeforeItReturns()
+    {
+        StandingClock clock;
+        FakeServices services;
+        SlowPromptClient client(clock);
+        client.activeSubUsers = {QStringLiteral("ops")};
+        GW::installServices(&client, &services.user, &services.config, &services.messages,
+                            &services.time);
+        for (const char* number : {"1", "2", "3"})
+            services.user.addAccount(1, 1, "9000", number, mbservice::AUTH_TYPE_NOT_GRANTED);
+        EventRecorder top;
+        GW::CAuthSettingSingleRestrictedUserGeneralTabPage page(&top);
+        page.setKey(QStringLiteral("ops"));
+        page.reloadData();
+        for (int row = 0; row < 3; ++row) {
+            page.findChild<KZ::COddEvenRowTable*>()->setItemChecked(row, 0, true);
+            page.handleEvent(59, 100 + row, 1, QString(), nullptr);
+        }
+        page.onServerAuthTriggered(false);
+        // The answers have forgotten what was pending before the last request went out.
+        QCOMPARE(client.addAuths.size(), 3);
+        QCOMPARE(client.addAuths.last().grantee, QStringLiteral("ops"));
+        QCOMPARE(services.messages.messages.size(), 3);
+        QCOMPARE(top.of(GW::EVENT_SET_WAITING).last().param2, 0);
+    }
+
+    void aLargeGrantCountsItsAnswers()
+    {
+        SubUserFixture test;
+        const int count = 150;
+        test.services.user.accounts.clear();
+        for (int number = 0; number < count; ++number)
+            test.services.user.addAccount(1, 1, "9000", "many" + std::to_string(number),
+                                          mbservice::AUTH_TYPE_NOT_GRANTED);
+        test.page->reloadData();
+        for (int row = 0; row < count; ++row)
+            test.tick(row);
+        test.page->onServerAuthTriggered(false);
+        test.answer(0);
+        QVector<int> answered;
+        for (const EventRecorder::Event& event : test.top.of(GW::EVENT_SHOW_PROGRESS)) {
+            answered.append(event.param1);
+            QCOMPARE(event.param2, count);
+        }
+        // Each delivery of an answer is counted.
+        QCOMPARE(answered, QVector<int>({0, 1, 2}));
+    }
+
     void otherPagesResultsChangeNothing()
     {
         SubUserFixture test;
@@ -283,6 +375,51 @@ private Q_SLOTS:
             QCOMPARE(file.password, QStringLiteral("pw"));
             QCOMPARE(file.grants.size(), 1);
         }
+    }
+
+    void everyFileGrantDeliversLaterResultsOnceMore()
+    {
+        SubUserFixture test;
+        qsizetype before = 0;
+        for (int grants = 1; grants <= 3; ++grants) {
+            test.makePending(0);
+            test.sendFileGrant();
+            test.wait();
+            test.answer(grants - 1);
+            QCOMPARE(test.services.client.exports.size() - before, 2 * (1 + grants));
+            before = test.services.client.exports.size();
+        }
+    }
+
+    void whatAnEarlierGrantPutOffDoesNotEndTheNextOne()
+    {
+        SubUserFixture test;
+        test.makePending(0);
+        test.sendFileGrant();
+        test.wait();
+        // More ends than are followed literally, so that some are put off.
+        for (int times = 0; times < 10; ++times)
+            test.answer(0);
+        test.tick(0);
+        test.sendFileGrant();
+        const qsizetype before = test.services.client.exports.size();
+        QTest::qWait(2 * GW::CBurstGate::quietMs);
+        QCOMPARE(test.services.client.exports.size(), before);
+    }
+
+    void aRefusedAccountGoesIntoTheFilesListWithoutAReference()
+    {
+        SubUserFixture test;
+        tickBoth(test);
+        test.sendFileGrant();
+        test.answer(0, true, QStringLiteral("ref-0"));
+        test.wait();
+        test.answer(1, false, QString());
+        // Whether such a file can be written is for the client to say.
+        const auto grants = test.services.client.exports.last().grants;
+        QCOMPARE(grants.size(), 2);
+        QCOMPARE(grants[0]->grantRef, QStringLiteral("ref-0"));
+        QCOMPARE(grants[1]->grantRef, QString());
     }
 
     void aFileHoldsTheGrantsInKeyOrderWithWhatTheirResultsBrought()

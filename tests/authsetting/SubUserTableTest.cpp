@@ -1,6 +1,8 @@
 #include "kit/resources/UiResource.h"
+#include "tests/authsetting/NotingUser.h"
 #include "tests/authsetting/SubUserFixture.h"
 
+#include <QHideEvent>
 #include <QTableView>
 
 namespace {
@@ -135,6 +137,19 @@ private Q_SLOTS:
         QCOMPARE(test.cell(1, 3), QStringLiteral("1002"));
     }
 
+    void anAccountThatGoesDuringAReloadIsStillListed()
+    {
+        NotedServices services;
+        for (const char* number : {"1", "2", "3"})
+            services.user.addAccount(1, 1, "b", number, mbservice::AUTH_TYPE_NOT_GRANTED);
+        EventRecorder top;
+        GW::CAuthSettingSingleRestrictedUserGeneralTabPage page(&top);
+        page.setKey(QStringLiteral("ops"));
+        services.user.onRead = [&] { services.user.accounts.clear(); };
+        page.reloadData();
+        QCOMPARE(page.findChild<KZ::COddEvenRowTable*>()->rowCount(), 3);
+    }
+
     void withoutAUserTheTableIsEmptied()
     {
         SubUserFixture test;
@@ -213,6 +228,34 @@ private Q_SLOTS:
         test.services.client.grants.clear();
         test.table()->selectRow(2);
         test.deliver(41);
+        QCOMPARE(expiryMark(test.table(), 2, 4), QString());
+    }
+
+    void aReloadCountsTheDaysThatAreLeftAnew()
+    {
+        SubUserFixture test;
+        test.services.grant(test.accounts[2], QStringLiteral("ops"), testToday(),
+                            testToday().addDays(4));
+        test.page->reloadData();
+        QCOMPARE(expiryMark(test.table(), 2, 4), QString());
+        test.services.time.now = test.services.time.now.addDays(1);
+        test.page->reloadData();
+        QCOMPARE(expiryMark(test.table(), 2, 4), QStringLiteral("还有 3 天到期"));
+    }
+
+    void aPendingRowIsNotMarkedForTheGrantThatItHad()
+    {
+        SubUserFixture test;
+        test.services.grant(test.accounts[2], QStringLiteral("ops"), testToday(), testToday());
+        test.page->reloadData();
+        test.table()->selectRow(2);
+        test.setDays(QDate(2026, 3, 10), QDate(2026, 3, 12));
+        test.deliver(87, 3);
+        QCOMPARE(expiryMark(test.table(), 2, 4), QStringLiteral("今天到期"));
+        test.services.client.grants.clear();
+        test.deliver(41);
+        QCOMPARE(test.cell(2, 4), modified);
+        QCOMPARE(test.cell(2, 6), QStringLiteral("2026-03-10"));
         QCOMPARE(expiryMark(test.table(), 2, 4), QString());
     }
 
@@ -300,6 +343,17 @@ private Q_SLOTS:
         test.page->hide();
         QCOMPARE(test.password()->text(), QString());
         QCOMPARE(test.confirm()->text(), QString());
+    }
+
+    void aMinimizedPageKeepsWhatIsTyped()
+    {
+        SubUserFixture test;
+        test.disableUser();
+        test.typePasswords(QStringLiteral("secret"), QStringLiteral("secret"));
+        QHideEvent hide;
+        QSpontaneKeyEvent::setSpontaneous(&hide);
+        qApp->notify(test.page, &hide);
+        QCOMPARE(test.password()->text(), QStringLiteral("secret"));
     }
 
     void aTickedAccountBecomesPendingWithTheEditorsDays()
