@@ -20,7 +20,7 @@ using namespace std::chrono_literals;
 
 // Each text is one statement that makes a role as it is, in the order in which roles build on each
 // other. Roles belong to the server, so that those of the groups may be there already.
-const QString rolesSql = QStringLiteral(R"(
+constexpr QStringView rolesSql = uR"(
 WITH named AS (
     SELECT r.*, r.rolname LIKE 'authsetting\_%' AS is_group
     FROM pg_catalog.pg_authid r
@@ -58,15 +58,15 @@ WITH named AS (
     CROSS JOIN LATERAL unnest(s.setconfig) AS c (setting)
 )
 SELECT sql FROM statements ORDER BY step, name, sql
-)");
+)";
 
 // Rights on the database itself are no part of a dump.
-const QString databaseRights = QStringLiteral(
-    "DO $$BEGIN EXECUTE format('REVOKE ALL ON DATABASE %I FROM PUBLIC', current_database()); "
-    "EXECUTE format('GRANT CONNECT ON DATABASE %I TO authsetting_user', current_database()); "
-    "END$$");
+constexpr QStringView databaseRights =
+    u"DO $$BEGIN EXECUTE format('REVOKE ALL ON DATABASE %I FROM PUBLIC', current_database()); "
+    u"EXECUTE format('GRANT CONNECT ON DATABASE %I TO authsetting_user', current_database()); "
+    u"END$$";
 
-const QString emptySql = QStringLiteral(R"(
+constexpr QStringView emptySql = uR"(
 SELECT count(*) FROM (
     SELECT n.oid FROM pg_catalog.pg_namespace n
     WHERE n.nspname !~ '^pg_' AND n.nspname NOT IN ('information_schema', 'public')
@@ -75,7 +75,7 @@ SELECT count(*) FROM (
     JOIN pg_catalog.pg_namespace n ON n.oid = c.relnamespace
     WHERE n.nspname = 'public'
 ) AS found
-)");
+)";
 
 QString reason(const backend::StoreError& error)
 {
@@ -140,9 +140,9 @@ QString ServerBackup::write(const QString& path) const
         connection.call(QStringLiteral("SELECT pg_export_snapshot()"), {}, 60s,
                         [&](const QSqlQuery& row) { snapshot = row.value(0).toString(); });
         QStringList statements;
-        connection.call(rolesSql, {}, 60s,
+        connection.call(rolesSql.toString(), {}, 60s,
                         [&](const QSqlQuery& row) { statements.append(row.value(0).toString()); });
-        statements.append(databaseRights);
+        statements.append(databaseRights.toString());
         QString problem = BackupScript::begin(path, statements);
         if (problem.isEmpty())
             problem = dump(path, snapshot);
@@ -167,7 +167,7 @@ QString ServerBackup::requireEmptyTarget(const QStringList& logins) const
         backend::PostgresConnection connection(m_store);
         connection.open();
         int found = 0;
-        connection.call(emptySql, {}, 60s,
+        connection.call(emptySql.toString(), {}, 60s,
                         [&](const QSqlQuery& row) { found = row.value(0).toInt(); });
         if (found > 0)
             return QStringLiteral("目标数据库不是空的，不会覆盖");

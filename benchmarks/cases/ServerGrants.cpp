@@ -59,7 +59,7 @@ double copyRows(int accounts)
     const auto userId = [&connection](const QString& name) {
         return connection
             .run("SELECT id FROM authsetting.users WHERE name = '" + name.toLatin1() + '\'')
-            .first();
+            .constFirst();
     };
     const QByteArray grantor = userId(grantorName());
     const QByteArray grantee = userId(granteeName());
@@ -173,7 +173,7 @@ double bareWay(const TableRows& rows)
         return listener
             .run("SELECT id, data_version FROM authsetting.users WHERE name = '" +
                  granteeName().toLatin1() + '\'')
-            .first()
+            .constFirst()
             .split('\t');
     };
     const auto changedSince = [&listener](const QList<QByteArray>& known) {

@@ -6,7 +6,6 @@
 #include "kit/resources/StylePainter.h"
 #include "kit/resources/UiResource.h"
 
-#include <QChildEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -75,11 +74,7 @@ QRect CBaseDialog::titleBarRect() const
 
 bool CBaseDialog::event(QEvent* event)
 {
-    if (event->type() == QEvent::ChildPolished) {
-        auto* const child = qobject_cast<QWidget*>(static_cast<QChildEvent*>(event)->child());
-        if (child && !child->isWindow() && !child->testAttribute(Qt::WA_SetStyle))
-            applyKitStyle(child);
-    }
+    applyKitStyleToPolishedChild(event);
     if (event->type() == QEvent::WindowActivate)
         QMetaObject::invokeMethod(this, &CBaseDialog::syncPosition, Qt::QueuedConnection);
     if (event->type() == QEvent::WindowTitleChange || event->type() == QEvent::WindowIconChange)

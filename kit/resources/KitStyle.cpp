@@ -3,6 +3,7 @@
 #include "kit/resources/KitProxyStyle.h"
 
 #include <QApplication>
+#include <QChildEvent>
 #include <QPointer>
 #include <QWidget>
 
@@ -25,6 +26,18 @@ void applyKitStyle(QWidget* root)
     const QList<QWidget*> descendants = root->findChildren<QWidget*>();
     for (QWidget* widget : descendants)
         widget->setStyle(kitStyle());
+}
+
+void applyKitStyleToPolishedChild(QEvent* event)
+{
+    if (event->type() != QEvent::ChildPolished)
+        return;
+    QObject* const child = static_cast<QChildEvent*>(event)->child();
+    if (!child->isWidgetType())
+        return;
+    auto* const widget = static_cast<QWidget*>(child);
+    if (!widget->isWindow() && !widget->testAttribute(Qt::WA_SetStyle))
+        applyKitStyle(widget);
 }
 
 } // namespace KZ

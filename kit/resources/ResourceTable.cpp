@@ -19,7 +19,7 @@ namespace KZ {
 
 namespace {
 
-const QString ROOT = QStringLiteral(":/kzkit/");
+constexpr QLatin1String ROOT(":/kzkit/");
 
 QJsonObject readFile(const QString& name)
 {
@@ -90,7 +90,7 @@ void CResourceTable::addFont(const QString& key, const QJsonObject& entry)
 {
     QStringList families;
     const QJsonArray names = entry.value(QLatin1String("families")).toArray();
-    for (const QJsonValue name : names)
+    for (const QJsonValueConstRef name : names)
         families.append(name.toString());
     const int size = entry.value(QLatin1String("size")).toInt();
     if (families.isEmpty() || size <= 0)

@@ -87,8 +87,10 @@ bool CUiResource::hasKey(const QString& key)
 QStringList CUiResource::keys()
 {
     const CResourceTable& table = CResourceTable::instance();
-    QStringList all =
-        table.sizes.keys() + table.colors.keys() + table.icons.keys() + table.fonts.keys();
+    QStringList all(table.sizes.keyBegin(), table.sizes.keyEnd());
+    all.append(table.colors.keys());
+    all.append(table.icons.keys());
+    all.append(table.fonts.keys());
     all.sort();
     return all;
 }

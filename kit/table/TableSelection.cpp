@@ -7,6 +7,7 @@
 #include <QScrollBar>
 
 #include <algorithm>
+#include <iterator>
 
 namespace KZ {
 
@@ -40,7 +41,7 @@ QVector<int> CTableSelection::rows() const
             rows.append(viewRow);
     }
     std::sort(rows.begin(), rows.end());
-    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+    rows.resize(std::distance(rows.begin(), std::unique(rows.begin(), rows.end())));
     std::transform(rows.begin(), rows.end(), rows.begin(),
                    [this](int viewRow) { return m_model.rowAt(viewRow); });
     return rows;

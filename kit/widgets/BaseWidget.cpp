@@ -3,7 +3,6 @@
 #include "kit/resources/KitStyle.h"
 #include "kit/resources/UiResource.h"
 
-#include <QChildEvent>
 #include <QEvent>
 #include <QResizeEvent>
 
@@ -131,11 +130,7 @@ void CBaseWidget::onUiResourceChanged()
 
 bool CBaseWidget::event(QEvent* event)
 {
-    if (event->type() == QEvent::ChildPolished) {
-        auto* const child = qobject_cast<QWidget*>(static_cast<QChildEvent*>(event)->child());
-        if (child && !child->isWindow() && !child->testAttribute(Qt::WA_SetStyle))
-            applyKitStyle(child);
-    }
+    applyKitStyleToPolishedChild(event);
     const bool done = CEventWidgetT<QWidget>::event(event);
     if (event->type() == QEvent::LayoutRequest && m_inner) {
         placeInner();

@@ -268,8 +268,8 @@ private Q_SLOTS:
                                                            QStringLiteral("不存在"));
         QCOMPARE(tipTexts(),
                  QStringList(QStringLiteral("无法对用户bob进行授权！错误信息：不存在")));
-        QCOMPARE(KZ::CMessageTip::visibleTips()[0]->anchor(), test.grantee);
-        QCOMPARE(KZ::CMessageTip::visibleTips()[0]->kind(), 3);
+        QCOMPARE(KZ::CMessageTip::visibleTips().at(0)->anchor(), test.grantee);
+        QCOMPARE(KZ::CMessageTip::visibleTips().at(0)->kind(), 3);
     }
 
     void theDatesAreCheckedWhenTheyChange_data()
@@ -307,8 +307,8 @@ private Q_SLOTS:
         QVERIFY(test.page->handleEvent(87, sender, 0, QString(), nullptr));
         QCOMPARE(tipTexts().join(u'|'), tip);
         if (!tip.isEmpty()) {
-            QCOMPARE(KZ::CMessageTip::visibleTips()[0]->kind(), 2);
-            QCOMPARE(KZ::CMessageTip::visibleTips()[0]->anchor(), test.end);
+            QCOMPARE(KZ::CMessageTip::visibleTips().at(0)->kind(), 2);
+            QCOMPARE(KZ::CMessageTip::visibleTips().at(0)->anchor(), test.end);
         }
         QCOMPARE(test.button->isEnabled(), enabled);
         QCOMPARE(test.table->itemText(0, 6), start.toString(QStringLiteral("yyyy-MM-dd")));

@@ -299,7 +299,7 @@ private Q_SLOTS:
         test.services.client.answerDel(false, QStringLiteral("没有权限"));
         QCOMPARE(test.table->rowCount(), 2);
         QCOMPARE(tipTexts(), QStringList(QStringLiteral("取消授权失败。错误信息：没有权限")));
-        const KZ::CMessageTip* tip = KZ::CMessageTip::visibleTips().first();
+        const KZ::CMessageTip* tip = KZ::CMessageTip::visibleTips().at(0);
         QCOMPARE(tip->kind(), 2);
         QCOMPARE(tip->anchor(), test.table->itemWidget(1, operationColumn));
         QVERIFY(test.dialog.of(GW::EVENT_RELOAD_NAVIGATOR).isEmpty());

@@ -74,8 +74,8 @@ private Q_SLOTS:
                            &GW::CAuthSettingAccountsAuthorizeTabPage::onFileAuthTriggered}) {
             (test.page->*grant)(false);
             QCOMPARE(tipTexts(), QStringList(QStringLiteral("至少需选择一个账号")));
-            QCOMPARE(KZ::CMessageTip::visibleTips()[0]->anchor(), test.button);
-            QCOMPARE(KZ::CMessageTip::visibleTips()[0]->kind(), 3);
+            QCOMPARE(KZ::CMessageTip::visibleTips().at(0)->anchor(), test.button);
+            QCOMPARE(KZ::CMessageTip::visibleTips().at(0)->kind(), 3);
             KZ::CMessageTip::closeAll();
         }
         QVERIFY(test.services.client.calls.isEmpty());
@@ -91,8 +91,8 @@ private Q_SLOTS:
                            &GW::CAuthSettingAccountsAuthorizeTabPage::onFileAuthTriggered}) {
             (test.page->*grant)(false);
             QCOMPARE(tipTexts(), QStringList(QStringLiteral("被授权人不能为空")));
-            QCOMPARE(KZ::CMessageTip::visibleTips()[0]->anchor(), test.grantee);
-            QCOMPARE(KZ::CMessageTip::visibleTips()[0]->kind(), 3);
+            QCOMPARE(KZ::CMessageTip::visibleTips().at(0)->anchor(), test.grantee);
+            QCOMPARE(KZ::CMessageTip::visibleTips().at(0)->kind(), 3);
             KZ::CMessageTip::closeAll();
         }
         QVERIFY(test.services.client.calls.isEmpty());
@@ -200,8 +200,8 @@ private Q_SLOTS:
         QCOMPARE(test.dialog.events[2].param2, 0);
         QCOMPARE(test.table->rowCount(), 1);
         QCOMPARE(tipTexts(), QStringList(QStringLiteral("授权成功")));
-        QCOMPARE(KZ::CMessageTip::visibleTips()[0]->anchor(), test.button);
-        QCOMPARE(KZ::CMessageTip::visibleTips()[0]->kind(), 3);
+        QCOMPARE(KZ::CMessageTip::visibleTips().at(0)->anchor(), test.button);
+        QCOMPARE(KZ::CMessageTip::visibleTips().at(0)->kind(), 3);
         QVERIFY(test.services.client.exports.isEmpty());
     }
 
@@ -352,8 +352,8 @@ private Q_SLOTS:
         clock.now += 1;
         test.services.client.answerDel(false, QStringLiteral("x"));
         QCOMPARE(tipTexts(), QStringList(QStringLiteral("取消授权失败。错误信息：x")));
-        QCOMPARE(KZ::CMessageTip::visibleTips()[0]->kind(), 2);
-        QCOMPARE(KZ::CMessageTip::visibleTips()[0]->anchor(), test.table->itemWidget(1, 8));
+        QCOMPARE(KZ::CMessageTip::visibleTips().at(0)->kind(), 2);
+        QCOMPARE(KZ::CMessageTip::visibleTips().at(0)->anchor(), test.table->itemWidget(1, 8));
         QCOMPARE(test.table->rowCount(), 2);
         QVERIFY(test.dialog.of(GW::EVENT_RELOAD_NAVIGATOR).isEmpty());
     }

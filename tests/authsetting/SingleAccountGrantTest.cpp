@@ -275,7 +275,7 @@ private Q_SLOTS:
         QCOMPARE(dialogs.filters, QStringList(QStringLiteral("Auth Files(*.taa)")));
         QCOMPARE(dialogs.parents, QVector<QWidget*>({test.page, test.page}));
         QCOMPARE(dialogs.echoModes, QVector<QLineEdit::EchoMode>({QLineEdit::Password}));
-        const QRegularExpression name(
+        static const QRegularExpression name(
             QStringLiteral("^vell_auth_(\\d{4}-\\d\\d-\\d\\d_\\d\\d-\\d\\d-\\d\\d)$"));
         const QRegularExpressionMatch match = name.match(dialogs.proposals.first());
         QVERIFY2(match.hasMatch(), qPrintable(dialogs.proposals.first()));

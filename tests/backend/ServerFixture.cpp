@@ -46,7 +46,7 @@ QVariant run(const QString& database, const QString& sql)
     return first;
 }
 
-const QString templateName = QStringLiteral("authsetting_template");
+constexpr QLatin1String templateName("authsetting_template");
 
 // Copying a database is several times faster than making its schema.
 void makeTemplate()

@@ -314,7 +314,7 @@ void TableLayoutTest::columnsReturnToTheirDefaults()
     QApplication::sendEvent(f.table->view()->viewport(), &event);
     auto* const menu = f.table->findChild<QMenu*>();
     QVERIFY(menu);
-    menu->actions().last()->trigger();
+    menu->actions().constLast()->trigger();
     delete menu;
     QCOMPARE(widths(f), defaults);
     QCOMPARE(f.table->view()->horizontalHeader()->logicalIndex(0), 0);

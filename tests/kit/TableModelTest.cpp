@@ -155,7 +155,7 @@ void TableModelTest::identifiersSurviveSorting()
     QCOMPARE(f.cell(0, 0).row(), 3);
     QCOMPARE(f.cell(0, 0).data().toString(), QStringLiteral("改"));
     f.click(3, 0);
-    QCOMPARE(f.eventsOf(EVENT_ROW_SELECTED).first().param1, 3);
+    QCOMPARE(f.eventsOf(EVENT_ROW_SELECTED).constFirst().param1, 3);
 }
 
 void TableModelTest::changedTextsStayWhereTheyAreUntilTheNextSorting()

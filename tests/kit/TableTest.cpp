@@ -346,7 +346,7 @@ void TableTest::innerDisablingLeavesHeaderAndScrollingAlone()
     f.click(5, 0);
     QVERIFY(f.events.isEmpty());
     f.sortBy(0, Qt::DescendingOrder);
-    QCOMPARE(f.shownRows().first(), 199);
+    QCOMPARE(f.shownRows().constFirst(), 199);
     QScrollBar* const bar = f.table->view()->verticalScrollBar();
     const QPoint middle = f.table->view()->viewport()->rect().center();
     QWheelEvent wheel(middle, f.table->view()->viewport()->mapToGlobal(middle), QPoint(),
@@ -355,7 +355,7 @@ void TableTest::innerDisablingLeavesHeaderAndScrollingAlone()
     QVERIFY(bar->value() > 0);
     f.table->setInnerEnabled(true);
     QCOMPARE(f.table->selectedRow(), 1);
-    f.click(f.shownRows()[12], 0);
+    f.click(f.shownRows().at(12), 0);
     QCOMPARE(f.eventsOf(EVENT_ROW_SELECTED).size(), 1);
 }
 

@@ -314,7 +314,7 @@ void TableWidgetsTest::aButtonMayReloadTheTable()
         return true;
     };
     QTest::mouseClick(f.seen(4), Qt::LeftButton);
-    QCOMPARE(f.eventsOf(EVENT_BUTTON_CLICKED).first().param1, 4);
+    QCOMPARE(f.eventsOf(EVENT_BUTTON_CLICKED).constFirst().param1, 4);
     QCoreApplication::processEvents();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QCOMPARE(f.shownRows().size(), 60);
@@ -335,7 +335,7 @@ void TableWidgetsTest::widgetsAreReachedByTheKeyboard()
     QTest::keyClick(f.focusWidget(), Qt::Key_Tab);
     QTRY_COMPARE(qobject_cast<CSmallNormalButton*>(f.focusWidget())->id(), 3);
     QTest::keyClick(f.focusWidget(), Qt::Key_Space);
-    QCOMPARE(f.eventsOf(EVENT_BUTTON_CLICKED).first().param1, 3);
+    QCOMPARE(f.eventsOf(EVENT_BUTTON_CLICKED).constFirst().param1, 3);
     QTest::keyClick(f.focusWidget(), Qt::Key_Tab);
     QTRY_COMPARE(f.focusWidget(), after);
     f.table->view()->setFocus();

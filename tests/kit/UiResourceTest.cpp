@@ -83,7 +83,7 @@ void UiResourceTest::cleanup()
 
 void UiResourceTest::everyKeyInTheSourcesIsDefined()
 {
-    const QRegularExpression literal(
+    static const QRegularExpression literal(
         QStringLiteral("\"((?:gw_siz|gw_img|clr|fnt)_[A-Za-z0-9_]*)\""));
     int found = 0;
     QStringList missing;

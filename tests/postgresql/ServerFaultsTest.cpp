@@ -306,7 +306,7 @@ private Q_SLOTS:
             QVERIFY(firstWins != !second.references.last().isEmpty());
             const QStringList& lines = firstWins ? second.lines : first.lines;
             QVERIFY2(lines.filter(QStringLiteral("add %1 ").arg(880000 + number))
-                         .first()
+                         .constFirst()
                          .contains(QStringLiteral("已")),
                      qPrintable(lines.join(QLatin1Char('\n'))));
         }
