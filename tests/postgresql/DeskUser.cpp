@@ -52,6 +52,11 @@ void DeskUser::readOrders()
 
 void DeskUser::actNext()
 {
+    // Typing turns the event loop, and nothing may happen between two letters.
+    if (m_isTyping) {
+        m_actTimer.start(actIntervalMs);
+        return;
+    }
     if (m_orders.isEmpty())
         return;
     const QStringList order = m_orders.constFirst();
@@ -60,7 +65,10 @@ void DeskUser::actNext()
     ++m_done;
     if (!m_orders.isEmpty())
         m_actTimer.start(actIntervalMs);
-    if (DeskHands::act(order)) {
+    m_isTyping = order.value(0) == QStringLiteral("type");
+    const bool isDone = DeskHands::act(order);
+    m_isTyping = false;
+    if (isDone) {
         m_sinceOrder.start();
         return;
     }

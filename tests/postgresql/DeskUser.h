@@ -35,5 +35,6 @@ private:
     QTimer m_actTimer;
     QTimer m_lookTimer;
     QJsonObject m_told;
+    bool m_isTyping = false;
     int m_done = 0;
 };
