@@ -194,7 +194,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("complaint");
         const QByteArray header = "kind,platform_id,name\n";
         const QByteArray good = "futures,1,x\n";
-        const QByteArray megabyte = QByteArray("x").repeated(1024 * 1024);
+        constexpr qsizetype million = 1'000'000;
+        const QByteArray megabyte = QByteArray("x").repeated(million);
         const auto row = [](const char* name, const QByteArray& csv, int code, const char* text) {
             QTest::newRow(name) << csv << code << QString::fromUtf8(text);
         };
@@ -205,7 +206,7 @@ private Q_SLOTS:
         row("a long word", header + QByteArray("y").repeated(4000) + ",2,z\n" + good, 1,
             "第 2 行：列 kind 的值“yyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyy…”应为 futures 或 "
             "stock\n");
-        row("many fields", header + QByteArray(",").repeated(1024 * 1024) + "\n" + good, 1,
+        row("many fields", header + QByteArray(",").repeated(million) + "\n" + good, 1,
             "第 2 行：字段过多\n");
         row("no end of quotes", header + good + "stock,2,\"" + megabyte, 1,
             "第 3 行：引号没有结束，文件的其余部分都在其中\n");

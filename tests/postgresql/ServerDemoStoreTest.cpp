@@ -31,7 +31,7 @@ private:
 
 StoreOptions ServerDemoStoreTest::onThatDay(StoreOptions options)
 {
-    const QDateTime now(QDate(2024, 3, 15), QTime(10, 0), utils::exchangeTimeZone());
+    QDateTime now(QDate(2024, 3, 15), QTime(10, 0), utils::exchangeTimeZone());
     options.clock = [now] { return now; };
     return options;
 }
