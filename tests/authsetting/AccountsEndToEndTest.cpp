@@ -3,7 +3,7 @@
 #include "kit/widgets/ComboBox.h"
 #include "tests/authsetting/DialogTools.h"
 #include "tests/embedding/XPointer.h"
-#include "tests/support/TestCase.h"
+#include "tests/support/TipTestCase.h"
 
 #include <QLineEdit>
 #include <QMenu>
@@ -50,17 +50,11 @@ struct Desk
 
 } // namespace
 
-class AccountsEndToEndTest : public TestCase
+class AccountsEndToEndTest : public TipTestCase
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void cleanup()
-    {
-        KZ::CMessageTip::closeAll();
-        TestCase::cleanup();
-    }
-
     void aUserCancelsAGrantInTheOverview()
     {
         Desk desk;

@@ -3,20 +3,15 @@
 #include "kit/resources/UiResource.h"
 #include "tests/authsetting/BatchPageTools.h"
 #include "tests/authsetting/TabPageTools.h"
+#include "tests/support/TipTestCase.h"
 
 #include <QPushButton>
 
-class AuthSettingAccountsAuthorizeTabPageTest : public TestCase
+class AuthSettingAccountsAuthorizeTabPageTest : public TipTestCase
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void cleanup()
-    {
-        KZ::CMessageTip::closeAll();
-        TestCase::cleanup();
-    }
-
     void theCalendarKnowsTheClientsToday()
     {
         BatchUnderTest test;

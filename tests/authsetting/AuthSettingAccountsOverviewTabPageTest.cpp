@@ -6,6 +6,7 @@
 #include "authsetting/shell/RequestTag.h"
 #include "kit/table/OddEvenRowTable.h"
 #include "tests/authsetting/TabPageTools.h"
+#include "tests/support/TipTestCase.h"
 
 #include <QPushButton>
 #include <QTableView>
@@ -62,17 +63,11 @@ struct OverviewUnderTest
 
 } // namespace
 
-class AuthSettingAccountsOverviewTabPageTest : public TestCase
+class AuthSettingAccountsOverviewTabPageTest : public TipTestCase
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void cleanup()
-    {
-        KZ::CMessageTip::closeAll();
-        TestCase::cleanup();
-    }
-
     void theTableIsBuiltOnceWithEightColumns()
     {
         OverviewUnderTest test;

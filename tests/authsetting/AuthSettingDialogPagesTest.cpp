@@ -1,24 +1,18 @@
 #include "kit/table/OddEvenRowTable.h"
 #include "tests/authsetting/DialogTools.h"
 #include "tests/authsetting/ModalDriver.h"
-#include "tests/support/TestCase.h"
+#include "tests/support/TipTestCase.h"
 
 #include <QPointer>
 #include <QWindow>
 
 #include <climits>
 
-class AuthSettingDialogPagesTest : public TestCase
+class AuthSettingDialogPagesTest : public TipTestCase
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void cleanup()
-    {
-        KZ::CMessageTip::closeAll();
-        TestCase::cleanup();
-    }
-
     void everyPlaceHasItsTabs_data()
     {
         QTest::addColumn<int>("page");

@@ -3,7 +3,7 @@
 #include "kit/table/OddEvenRowTable.h"
 #include "kit/widgets/MediumNormalButton.h"
 #include "tests/authsetting/DialogTools.h"
-#include "tests/support/TestCase.h"
+#include "tests/support/TipTestCase.h"
 #include "utils/LogCenter.h"
 
 #include <QFile>
@@ -20,17 +20,11 @@ int uiSize(const char* key)
 
 } // namespace
 
-class AuthSettingDialogTest : public TestCase
+class AuthSettingDialogTest : public TipTestCase
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void cleanup()
-    {
-        KZ::CMessageTip::closeAll();
-        TestCase::cleanup();
-    }
-
     // First, because the instance is never forgotten again.
     void theStaticEntriesDoNothingBeforeADialogExists()
     {

@@ -1,7 +1,7 @@
 #include "authsetting/shell/AuthSettingEvents.h"
 #include "kit/table/OddEvenRowTable.h"
 #include "tests/authsetting/DialogTools.h"
-#include "tests/support/TestCase.h"
+#include "tests/support/TipTestCase.h"
 
 #include <QScrollBar>
 #include <QThread>
@@ -9,17 +9,11 @@
 
 #include <climits>
 
-class AuthSettingDialogTreeTest : public TestCase
+class AuthSettingDialogTreeTest : public TipTestCase
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void cleanup()
-    {
-        KZ::CMessageTip::closeAll();
-        TestCase::cleanup();
-    }
-
     void selectingANodeShowsItsPage()
     {
         DialogUnderTest test;

@@ -3,6 +3,7 @@
 #include "authsetting/services/Services.h"
 #include "authsetting/shell/AuthSettingEvents.h"
 #include "tests/authsetting/TabPageTools.h"
+#include "tests/support/TipTestCase.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -91,16 +92,9 @@ struct ImportFixture
 
 } // namespace
 
-class AuthSettingImportAuthorizationTabPageTest : public TestCase
+class AuthSettingImportAuthorizationTabPageTest : public TipTestCase
 {
     Q_OBJECT
-
-protected Q_SLOTS:
-    void cleanup()
-    {
-        KZ::CMessageTip::closeAll();
-        TestCase::cleanup();
-    }
 
 private Q_SLOTS:
     void standsOnItsPlaceWithAnEmptyTable()

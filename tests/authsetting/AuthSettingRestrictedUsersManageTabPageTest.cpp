@@ -3,6 +3,7 @@
 #include "authsetting/shell/AuthSettingEvents.h"
 #include "kit/widgets/SmallNormalButton.h"
 #include "tests/authsetting/TabPageTools.h"
+#include "tests/support/TipTestCase.h"
 
 namespace {
 
@@ -60,16 +61,9 @@ const QString off = QStringLiteral("已禁用");
 
 } // namespace
 
-class AuthSettingRestrictedUsersManageTabPageTest : public TestCase
+class AuthSettingRestrictedUsersManageTabPageTest : public TipTestCase
 {
     Q_OBJECT
-
-protected Q_SLOTS:
-    void cleanup()
-    {
-        KZ::CMessageTip::closeAll();
-        TestCase::cleanup();
-    }
 
 private Q_SLOTS:
     void standsOnItsPlaceWithItsTable()

@@ -3,7 +3,7 @@
 #include "kit/resources/UiResource.h"
 #include "tests/authsetting/BatchPageTools.h"
 #include "tests/authsetting/ModalDriver.h"
-#include "tests/support/TestCase.h"
+#include "tests/support/TipTestCase.h"
 
 #include <QDir>
 #include <QFileDialog>
@@ -44,17 +44,11 @@ struct FileGrant
 
 } // namespace
 
-class BatchFileGrantTest : public TestCase
+class BatchFileGrantTest : public TipTestCase
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void cleanup()
-    {
-        KZ::CMessageTip::closeAll();
-        TestCase::cleanup();
-    }
-
     void theFileDialogProposesANameWithTheTime()
     {
         FileGrant grant;

@@ -2,7 +2,7 @@
 #include "authsetting/shell/AuthSettingEvents.h"
 #include "kit/dates/DateConversions.h"
 #include "tests/authsetting/BatchPageTools.h"
-#include "tests/support/TestCase.h"
+#include "tests/support/TipTestCase.h"
 
 #include <QElapsedTimer>
 #include <QHash>
@@ -52,17 +52,11 @@ public:
 
 } // namespace
 
-class BatchGrantTest : public TestCase
+class BatchGrantTest : public TipTestCase
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void cleanup()
-    {
-        KZ::CMessageTip::closeAll();
-        TestCase::cleanup();
-    }
-
     void nothingSelectedIsToldFirst()
     {
         BatchUnderTest test;

@@ -3,7 +3,7 @@
 #include "kit/table/OddEvenRowTable.h"
 #include "kit/widgets/ComboBox.h"
 #include "tests/authsetting/DialogTools.h"
-#include "tests/support/TestCase.h"
+#include "tests/support/TipTestCase.h"
 
 #include <climits>
 
@@ -61,17 +61,11 @@ QStringList tips()
 
 } // namespace
 
-class BatchProgressTest : public TestCase
+class BatchProgressTest : public TipTestCase
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void cleanup()
-    {
-        KZ::CMessageTip::closeAll();
-        TestCase::cleanup();
-    }
-
     void aLargeBatchCountsItsAnswers()
     {
         TickedBatch batch(1500);

@@ -3,6 +3,7 @@
 #include "kit/widgets/LineEdit.h"
 #include "tests/authsetting/DialogTools.h"
 #include "tests/authsetting/TabPageTools.h"
+#include "tests/support/TipTestCase.h"
 
 #include <climits>
 
@@ -53,16 +54,9 @@ struct AskingPages
 } // namespace
 
 /// Which page tells that a grantee was refused; the answers name the user and no page.
-class GranteeCheckTest : public TestCase
+class GranteeCheckTest : public TipTestCase
 {
     Q_OBJECT
-
-protected Q_SLOTS:
-    void cleanup()
-    {
-        KZ::CMessageTip::closeAll();
-        TestCase::cleanup();
-    }
 
 private Q_SLOTS:
     void aRefusedGranteeIsToldOnceOnThePageThatAsked_data()

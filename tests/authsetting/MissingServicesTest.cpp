@@ -5,21 +5,15 @@
 #include "kit/table/OddEvenRowTable.h"
 #include "kit/widgets/ComboBox.h"
 #include "tests/authsetting/DialogTools.h"
-#include "tests/support/TestCase.h"
+#include "tests/support/TipTestCase.h"
 
 #include <climits>
 
-class MissingServicesTest : public TestCase
+class MissingServicesTest : public TipTestCase
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void cleanup()
-    {
-        KZ::CMessageTip::closeAll();
-        TestCase::cleanup();
-    }
-
     void everyServiceMayBeMissing_data()
     {
         QTest::addColumn<int>("missing");

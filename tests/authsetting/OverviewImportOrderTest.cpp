@@ -4,6 +4,7 @@
 #include "authsetting/shell/RequestTag.h"
 #include "tests/authsetting/NotingUser.h"
 #include "tests/authsetting/TabPageTools.h"
+#include "tests/support/TipTestCase.h"
 
 #include <QContextMenuEvent>
 #include <QFile>
@@ -103,16 +104,9 @@ qsizetype menuEntries(const KZ::COddEvenRowTable* table)
 } // namespace
 
 /// In which order the overview and the import tab act, and what their tables offer.
-class OverviewImportOrderTest : public TestCase
+class OverviewImportOrderTest : public TipTestCase
 {
     Q_OBJECT
-
-protected Q_SLOTS:
-    void cleanup()
-    {
-        KZ::CMessageTip::closeAll();
-        TestCase::cleanup();
-    }
 
 private Q_SLOTS:
     void aCancellationBeginsBusyAndReloadsBeforeTheTree()

@@ -7,6 +7,7 @@
 #include "kit/keyboard/SoftKeyboardLineEdit.h"
 #include "kit/widgets/ComboBox.h"
 #include "tests/authsetting/TabPageTools.h"
+#include "tests/support/TipTestCase.h"
 
 #include <functional>
 
@@ -107,7 +108,7 @@ QString messageOf(const char* account)
 } // namespace
 
 /// In which order the pages speak with the dialog, the client, the message area and the user.
-class RequestOrderTest : public TestCase
+class RequestOrderTest : public TipTestCase
 {
     Q_OBJECT
 
@@ -128,13 +129,6 @@ class RequestOrderTest : public TestCase
             desk.table(page)->setItemChecked(row, 0, true);
             page.handleEvent(59, 100 + row, 1, QString(), nullptr);
         }
-    }
-
-protected Q_SLOTS:
-    void cleanup()
-    {
-        KZ::CMessageTip::closeAll();
-        TestCase::cleanup();
     }
 
 private Q_SLOTS:

@@ -7,7 +7,7 @@
 #include "authsetting/shell/TableLayouts.h"
 #include "kit/table/OddEvenRowTable.h"
 #include "tests/authsetting/ShellTestTools.h"
-#include "tests/support/TestCase.h"
+#include "tests/support/TipTestCase.h"
 #include "tests/support/fakes/FakeServices.h"
 
 #include <QElapsedTimer>
@@ -35,17 +35,11 @@ void nameEverything(FakeServices& services)
 
 } // namespace
 
-class ShellHelpersTest : public TestCase
+class ShellHelpersTest : public TipTestCase
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void cleanup()
-    {
-        KZ::CMessageTip::closeAll();
-        TestCase::cleanup();
-    }
-
     void theRequestTagIsThePagesAddressIn32Bits()
     {
         QWidget page;

@@ -1,5 +1,6 @@
 #include "kit/resources/UiResource.h"
 #include "tests/authsetting/SingleAccountFixture.h"
+#include "tests/support/TipTestCase.h"
 
 #include <QTableView>
 
@@ -13,16 +14,9 @@ int uiSize(const char* key)
 } // namespace
 
 /// What the single account tab shows of an account, and what it lets the user enter.
-class SingleAccountFormTest : public TestCase
+class SingleAccountFormTest : public TipTestCase
 {
     Q_OBJECT
-
-protected Q_SLOTS:
-    void cleanup()
-    {
-        KZ::CMessageTip::closeAll();
-        TestCase::cleanup();
-    }
 
 private Q_SLOTS:
     void carriesThePlaceOfItsConstruction_data()

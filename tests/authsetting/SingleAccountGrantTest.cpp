@@ -1,12 +1,13 @@
 #include "authsetting/shell/AuthSettingEvents.h"
 #include "tests/authsetting/SingleAccountFixture.h"
+#include "tests/support/TipTestCase.h"
 
 #include <QRegularExpression>
 
 #include <climits>
 
 /// How the single account tab checks, grants and cancels.
-class SingleAccountGrantTest : public TestCase
+class SingleAccountGrantTest : public TipTestCase
 {
     Q_OBJECT
 
@@ -25,13 +26,6 @@ class SingleAccountGrantTest : public TestCase
         dialogs.answerFile(QStringLiteral("/tmp/grant.taa"));
         dialogs.answerPassword(password);
         test.page->onFileAuthTriggered(false);
-    }
-
-protected Q_SLOTS:
-    void cleanup()
-    {
-        KZ::CMessageTip::closeAll();
-        TestCase::cleanup();
     }
 
 private Q_SLOTS:

@@ -1,10 +1,11 @@
 #include "authsetting/services/AccountKey.h"
 #include "authsetting/shell/AuthSettingEvents.h"
 #include "tests/authsetting/SingleAccountFixture.h"
+#include "tests/support/TipTestCase.h"
 
 /// What the single account tab makes of a click or a result when the account, or the one that is
 /// shown, has changed since.
-class SingleAccountResultTest : public TestCase
+class SingleAccountResultTest : public TipTestCase
 {
     Q_OBJECT
 
@@ -15,13 +16,6 @@ class SingleAccountResultTest : public TestCase
         if (!path.isEmpty())
             dialogs.answerPassword(QStringLiteral("pw"));
         test.page->onFileAuthTriggered(false);
-    }
-
-protected Q_SLOTS:
-    void cleanup()
-    {
-        KZ::CMessageTip::closeAll();
-        TestCase::cleanup();
     }
 
 private Q_SLOTS:

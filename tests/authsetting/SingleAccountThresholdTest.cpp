@@ -1,4 +1,5 @@
 #include "tests/authsetting/SingleAccountFixture.h"
+#include "tests/support/TipTestCase.h"
 
 namespace {
 
@@ -39,16 +40,9 @@ struct OpenThreshold
 } // namespace
 
 /// What becomes of a threshold that was refused when the user goes on to grant.
-class SingleAccountThresholdTest : public TestCase
+class SingleAccountThresholdTest : public TipTestCase
 {
     Q_OBJECT
-
-protected Q_SLOTS:
-    void cleanup()
-    {
-        KZ::CMessageTip::closeAll();
-        TestCase::cleanup();
-    }
 
 private Q_SLOTS:
     void aRefusedThresholdIsNotPassedOver()

@@ -1,6 +1,7 @@
 #include "authsetting/services/AccountKey.h"
 #include "authsetting/services/Services.h"
 #include "tests/authsetting/SubUserFixture.h"
+#include "tests/support/TipTestCase.h"
 
 #include <QRegularExpression>
 
@@ -40,16 +41,9 @@ void tickBoth(SubUserFixture& test)
 } // namespace
 
 /// How the tab of one restricted user grants the pending accounts.
-class SubUserGrantTest : public TestCase
+class SubUserGrantTest : public TipTestCase
 {
     Q_OBJECT
-
-protected Q_SLOTS:
-    void cleanup()
-    {
-        KZ::CMessageTip::closeAll();
-        TestCase::cleanup();
-    }
 
 private Q_SLOTS:
     void theButtonOpensTheMenuBelowItself()

@@ -1,5 +1,6 @@
 #include "authsetting/subusers/SubUserPassword.h"
 #include "tests/authsetting/SubUserFixture.h"
+#include "tests/support/TipTestCase.h"
 
 #include <QCryptographicHash>
 
@@ -13,16 +14,9 @@ QString digestOf(const QByteArray& bytes)
 } // namespace
 
 /// How the tab of one restricted user enables and disables him and cancels his grants.
-class SubUserStateTest : public TestCase
+class SubUserStateTest : public TipTestCase
 {
     Q_OBJECT
-
-protected Q_SLOTS:
-    void cleanup()
-    {
-        KZ::CMessageTip::closeAll();
-        TestCase::cleanup();
-    }
 
 private Q_SLOTS:
     void aPasswordIsSentAsTheDigestOfItsLocalBytes_data()

@@ -1,6 +1,7 @@
 #include "kit/resources/UiResource.h"
 #include "tests/authsetting/NotingUser.h"
 #include "tests/authsetting/SubUserFixture.h"
+#include "tests/support/TipTestCase.h"
 
 #include <QHideEvent>
 #include <QTableView>
@@ -14,16 +15,9 @@ const QString freeText = QStringLiteral("未授权");
 } // namespace
 
 /// What the tab of one restricted user shows, and how accounts become pending.
-class SubUserTableTest : public TestCase
+class SubUserTableTest : public TipTestCase
 {
     Q_OBJECT
-
-protected Q_SLOTS:
-    void cleanup()
-    {
-        KZ::CMessageTip::closeAll();
-        TestCase::cleanup();
-    }
 
 private Q_SLOTS:
     void standsOnItsPlaceWithTheFixedTexts()

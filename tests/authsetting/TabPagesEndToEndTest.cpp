@@ -7,6 +7,7 @@
 #include "tests/authsetting/DialogTools.h"
 #include "tests/authsetting/TabPageTools.h"
 #include "tests/embedding/XPointer.h"
+#include "tests/support/TipTestCase.h"
 
 #include <QMenu>
 #include <QTableView>
@@ -88,16 +89,9 @@ struct Desk
 } // namespace
 
 /// One account, import and restricted users, each with a real pointer on a real X server.
-class TabPagesEndToEndTest : public TestCase
+class TabPagesEndToEndTest : public TipTestCase
 {
     Q_OBJECT
-
-protected Q_SLOTS:
-    void cleanup()
-    {
-        KZ::CMessageTip::closeAll();
-        TestCase::cleanup();
-    }
 
 private Q_SLOTS:
     void aUserGrantsOneAccountWithALimitAndTakesItBack()
