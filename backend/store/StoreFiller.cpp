@@ -95,11 +95,10 @@ qint64 StoreFiller::userId(const QString& name)
 
 StoreFiller::UserRow StoreFiller::userRow(const QString& name)
 {
-    UserRow user{userId(name), 0};
     Statement row = m_database.statement("users.by_name");
-    if (row.run(checkedName(name)).next() && !row.isNull(1))
-        user.ownerId = row.integer(1);
-    return user;
+    if (!row.run(checkedName(name)).next())
+        refuseUnknown(name);
+    return {row.integer(0), row.isNull(1) ? 0 : row.integer(1)};
 }
 
 StoreFiller::AccountRow StoreFiller::accountRow(const mbservice::CAccountInfo& account)
@@ -136,15 +135,20 @@ void StoreFiller::addBroker(int kind, const mbservice::CBrokerInfo& broker)
         QStringLiteral("经纪公司“%1”已存在，或者没有平台 %2").arg(id).arg(broker.platformId));
 }
 
+QString StoreFiller::hashed(const QString& digest, const QString& problem) const
+{
+    const PasswordHash hasher(m_database.options().cheapCryptographyForTests);
+    QString hash = hasher.hash(digest);
+    if (hash.isEmpty())
+        throw AdminProblem{problem};
+    return hash;
+}
+
 void StoreFiller::addUser(const QString& owner, const QString& name, const QString& password,
                           bool enabled)
 {
     const QString stored = checkedName(name);
-    const QString digest = checkedDigest(password);
-    const PasswordHash hasher(m_database.options().cheapCryptographyForTests);
-    const QString hash = hasher.hash(digest);
-    if (hash.isEmpty())
-        throw AdminProblem{QStringLiteral("内存不足，用户未添加")};
+    const QString hash = hashed(checkedDigest(password), QStringLiteral("内存不足，用户未添加"));
     begin();
     if (m_users.contains(stored))
         throw AdminProblem{QStringLiteral("用户“%1”已存在").arg(name)};
@@ -163,10 +167,7 @@ void StoreFiller::setPassword(const QString& name, const QString& password)
     const QString digest = checkedDigest(password);
     begin();
     const UserRow user = userRow(stored);
-    const PasswordHash hasher(m_database.options().cheapCryptographyForTests);
-    const QString hash = hasher.hash(digest);
-    if (hash.isEmpty())
-        throw AdminProblem{QStringLiteral("内存不足，密码未修改")};
+    const QString hash = hashed(digest, QStringLiteral("内存不足，密码未修改"));
     m_database.statement("users.admin_set_password").run(hash, user.id);
     SignInGuard(m_database).forget(stored);
     noteChange(user, "admin_password", QString());

@@ -57,6 +57,8 @@ private:
     qint64 userId(const QString& name);
     AccountRow accountRow(const mbservice::CAccountInfo& account);
     UserRow userRow(const QString& name);
+    /// What the store keeps of a digest; throws `problem` when there is no memory to make it.
+    QString hashed(const QString& digest, const QString& problem) const;
     /// Writes down what was done to a user and has him and whoever manages him see it.
     void noteChange(const UserRow& user, const char* action, const QString& detail);
 
