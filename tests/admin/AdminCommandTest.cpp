@@ -115,15 +115,9 @@ private Q_SLOTS:
     void aTerminalShowsHowFarItIs()
     {
         const QString path = writeFile(m_folder->filePath(QStringLiteral("users.csv")), usersCsv);
-        QProcess terminal;
-        terminal.start(QStringLiteral("script"),
-                       {QStringLiteral("-qec"),
-                        QStringLiteral("'%1' --store '%2' import users '%3'")
-                            .arg(QStringLiteral(ADMIN_PROGRAM), m_store, path),
-                        QStringLiteral("/dev/null")});
-        QVERIFY(terminal.waitForFinished(60'000));
-        QCOMPARE(terminal.exitCode(), 0);
-        const QString shown = QString::fromUtf8(terminal.readAllStandardOutput());
+        AdminTerminal terminal(m_store, {QStringLiteral("import"), QStringLiteral("users"), path});
+        QCOMPARE(terminal.finish(), 0);
+        const QString shown = QString::fromUtf8(terminal.shown());
         QVERIFY2(shown.contains(QStringLiteral("添加 [")), qPrintable(shown));
         QVERIFY2(shown.contains(QStringLiteral("] 100%")), qPrintable(shown));
         QVERIFY2(shown.contains(QStringLiteral("已添加 3 条记录")), qPrintable(shown));

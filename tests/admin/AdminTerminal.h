@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QProcess>
+#include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
 
@@ -8,8 +9,10 @@
 class AdminTerminal
 {
 public:
-    AdminTerminal(const QString& store, const QStringList& arguments)
+    AdminTerminal(const QString& store, const QStringList& arguments,
+                  const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment())
     {
+        m_terminal.setProcessEnvironment(environment);
         QString command =
             QStringLiteral("'%1' --store '%2'").arg(QStringLiteral(ADMIN_PROGRAM), store);
         for (const QString& argument : arguments)

@@ -4,6 +4,7 @@
 #include "backend/store/StoreAdmin.h"
 #include "backend/store/postgresql/LoginName.h"
 #include "tests/admin/AdminProgram.h"
+#include "tests/admin/AdminTerminal.h"
 #include "tests/support/TestCase.h"
 
 #include <QTemporaryDir>
@@ -81,23 +82,14 @@ private Q_SLOTS:
         const QByteArray password = qgetenv("PGPASSWORD");
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.remove(QStringLiteral("PGPASSWORD"));
-        QProcess terminal;
-        terminal.setProcessEnvironment(environment);
-        terminal.start(QStringLiteral("script"),
-                       {QStringLiteral("-qec"),
-                        QStringLiteral("'%1' --store '%2' --ask-password verify")
-                            .arg(QStringLiteral(ADMIN_PROGRAM), m_store),
-                        QStringLiteral("/dev/null")});
-        QByteArray shown;
-        while (!shown.contains("密码") && terminal.waitForReadyRead(20'000))
-            shown += terminal.readAllStandardOutput();
+        AdminTerminal terminal(
+            m_store, {QStringLiteral("--ask-password"), QStringLiteral("verify")}, environment);
         // The last character by mistake, and taken back.
-        terminal.write(password + "x\x7f\r");
-        QVERIFY(terminal.waitForFinished(60'000));
-        shown += terminal.readAllStandardOutput();
-        QVERIFY2(terminal.exitCode() == 0, shown.constData());
-        QVERIFY(shown.contains("没有问题"));
-        QVERIFY(!shown.contains(password));
+        QVERIFY(terminal.answer("密码", password + "x\x7f\r"));
+        const int code = terminal.finish();
+        QVERIFY2(code == 0, terminal.shown().constData());
+        QVERIFY(terminal.shown().contains("没有问题"));
+        QVERIFY(!terminal.shown().contains(password));
     }
 
     void aWrongPasswordOpensNothing()

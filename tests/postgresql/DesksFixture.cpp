@@ -1,5 +1,6 @@
 #include "tests/postgresql/DesksFixture.h"
 
+#include "authsetting/services/AuthClient.h"
 #include "utils/ExchangeTimeZone.h"
 
 #include <QCoreApplication>
@@ -205,4 +206,10 @@ GW::CAuthLimit DesksFixture::week()
         QDate(2024, 3, 15).startOfDay(utils::exchangeTimeZone()).toSecsSinceEpoch());
     limit.endTime = limit.startTime + secondsOfWeek;
     return limit;
+}
+
+void DesksFixture::grant(const backend::Session& session, int number, const QString& grantee)
+{
+    GW::CAuthLimit limit = week();
+    session.authClient()->addAuth(grantee, account(number), limit, number, true);
 }

@@ -47,6 +47,8 @@ public:
     static mbservice::CAccountInfo account(int number);
     /// From the clock's day on, for a week.
     static GW::CAuthLimit week();
+    /// Asks for a grant of that account for a week on the server; the tag is the number.
+    static void grant(const backend::Session& session, int number, const QString& grantee);
 
 private:
     QString m_database;

@@ -1,4 +1,3 @@
-#include "authsetting/services/AuthClient.h"
 #include "authsetting/services/UserConfig.h"
 #include "backend/store/PasswordHash.h"
 #include "backend/store/postgresql/LoginName.h"
@@ -7,8 +6,6 @@
 
 #include <QElapsedTimer>
 #include <QProcess>
-
-using backend::Session;
 
 namespace {
 
@@ -93,12 +90,12 @@ private Q_SLOTS:
         timer.start();
         Flood flood(fixture);
         QVERIFY(flood.waitUntilBegun());
-        grant(*giver, 1);
+        DesksFixture::grant(*giver, 1, bob);
         QTRY_COMPARE_WITH_TIMEOUT(receiver->userConfig()->accounts.size(), 1, patienceMs);
         QTRY_VERIFY_WITH_TIMEOUT(!flood.isRunning(), patienceMs);
         QCOMPARE(flood.exitCode(), 0);
         // The flood gone, everything is as before.
-        grant(*giver, 2);
+        DesksFixture::grant(*giver, 2, bob);
         QTRY_COMPARE_WITH_TIMEOUT(receiver->userConfig()->accounts.size(), 2, patienceMs);
         giver.reset();
         receiver.reset();
@@ -109,13 +106,6 @@ private Q_SLOTS:
         constexpr int others = 10;
         QVERIFY2(made <= 2 * (most + others),
                  qPrintable(QStringLiteral("%1 reads in %2 ms").arg(made).arg(timer.elapsed())));
-    }
-
-private:
-    static void grant(const Session& session, int number)
-    {
-        GW::CAuthLimit limit = DesksFixture::week();
-        session.authClient()->addAuth(bob, DesksFixture::account(number), limit, number, true);
     }
 };
 

@@ -29,8 +29,7 @@ constexpr int healBound = 5'000 + slack;
 
 void grant(Session& session, int number, const QString& grantee = bob)
 {
-    GW::CAuthLimit limit = DesksFixture::week();
-    session.authClient()->addAuth(grantee, DesksFixture::account(number), limit, number, true);
+    DesksFixture::grant(session, number, grantee);
 }
 
 int grantedInMemory(const Session& session)
