@@ -3,6 +3,8 @@
 #include "kit/resources/KitStyle.h"
 #include "kit/resources/UiResource.h"
 #include "kit/tips/TipBody.h"
+#include "kit/tips/TipKeys.h"
+#include "kit/tips/TipTurn.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -15,7 +17,6 @@
 
 #include <algorithm>
 #include <initializer_list>
-#include <limits>
 
 namespace KZ {
 
@@ -24,7 +25,6 @@ namespace {
 constexpr int KIND_HINT = 2;
 constexpr int KIND_OUTCOME = 3;
 constexpr int LOUD_LEVEL = 2;
-constexpr int MILLISECONDS_PER_HUNDREDTH = 10;
 
 QList<CMessageTip*>& openTips()
 {
@@ -59,24 +59,44 @@ QString iconKey(int kind)
                                 : QStringLiteral("gw_img_kit_info");
 }
 
-int addedTime(int time, int more)
-{
-    return more > std::numeric_limits<int>::max() - time ? std::numeric_limits<int>::max()
-                                                         : time + more;
-}
-
 } // namespace
+
+void CMessageTip::showTip(QWidget* anchor, int alignment, const QString& text, int kind, int level,
+                          int duration, quint64 topic)
+{
+    CTipTurn::Group& equal = CTipTurn::group(text, kind, topic);
+    CMessageTip* const shown = openTips().contains(equal.tip) ? equal.tip.data() : nullptr;
+    if (!shown)
+        equal.calls.clear();
+    const bool isElsewhere = shown && !shown->takes(anchor, topic);
+    if (isElsewhere && (CTipPlace::isSeen(shown->m_anchor) || !CTipPlace::isSeen(anchor))) {
+        shown->addEcho(text, kind, level, duration);
+    } else {
+        if (isElsewhere)
+            shown->withdraw(text, kind, static_cast<int>(equal.calls.size()));
+        equal.tip = tipFor(anchor, alignment, topic);
+        equal.tip->add(text, kind, level, duration);
+        if (isElsewhere) {
+            for (const CTipTurn::Call& call : std::as_const(equal.calls))
+                equal.tip->addEcho(text, kind, call.level, call.duration);
+        }
+    }
+    equal.calls.append({level, duration});
+}
 
 void CMessageTip::showTip(QWidget* anchor, int alignment, const QString& text, int kind, int level,
                           int duration)
 {
-    const auto found =
-        std::find_if(openTips().begin(), openTips().end(),
-                     [anchor](const CMessageTip* tip) { return tip->takes(anchor); });
-    CMessageTip* const tip = found == openTips().end()
-                                 ? new CMessageTip(CTipPlace::windowFor(anchor), anchor, alignment)
-                                 : *found;
-    tip->add(text, kind, level, duration);
+    showTip(anchor, alignment, text, kind, level, duration, 0);
+}
+
+CMessageTip* CMessageTip::tipFor(QWidget* anchor, int alignment, quint64 topic)
+{
+    for (CMessageTip* const tip : std::as_const(openTips())) {
+        if (tip->takes(anchor, topic))
+            return tip;
+    }
+    return new CMessageTip(CTipPlace::windowFor(anchor), anchor, alignment, topic);
 }
 
 QList<CMessageTip*> CMessageTip::visibleTips()
@@ -93,10 +113,11 @@ void CMessageTip::closeAll()
 
 // A tool tip window never becomes the active one on any platform, and as a child of the anchor's
 // window it still takes the mouse while that window is modal.
-CMessageTip::CMessageTip(QWidget* window, QWidget* anchor, int alignment)
+CMessageTip::CMessageTip(QWidget* window, QWidget* anchor, int alignment, quint64 topic)
     : QFrame(window, Qt::ToolTip | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus),
       m_window(window), m_anchor(anchor), m_anchored(anchor), m_alignment(alignment),
-      m_body(new CTipBody(this)), m_count(new QLabel(this)), m_close(new QToolButton(this))
+      m_topic(topic), m_body(new CTipBody(this)), m_count(new QLabel(this)),
+      m_close(new QToolButton(this)), m_keys(new CTipKeys(window, this))
 {
     openTips().append(this);
     setObjectName(QStringLiteral("kz_message_tip"));
@@ -115,6 +136,9 @@ CMessageTip::CMessageTip(QWidget* window, QWidget* anchor, int alignment)
     takeTheme();
 
     connect(m_close, &QToolButton::clicked, this, &CMessageTip::dismiss);
+    connect(m_keys, &CTipKeys::dismissed, this, &CMessageTip::dismiss);
+    connect(m_keys, &CTipKeys::copyRequested, this, &CMessageTip::copyTexts);
+    connect(m_keys, &CTipKeys::scrolled, m_body, &CTipBody::scrollPages);
     connect(m_body, &CTipBody::clicked, this, &CMessageTip::onTextClicked);
     connect(m_body, &CTipBody::copyRequested, this, &CMessageTip::copyTexts);
     for (QTimer* const timer : {&m_refreshTimer, &m_arrangeTimer, &m_closeTimer})
@@ -137,9 +161,9 @@ CMessageTip::~CMessageTip()
     openTips().removeOne(this);
 }
 
-bool CMessageTip::takes(QWidget* anchor) const
+bool CMessageTip::takes(QWidget* anchor, quint64 topic) const
 {
-    if (m_anchored != (anchor != nullptr) || m_anchor != anchor)
+    if (m_topic != topic || m_anchored != (anchor != nullptr) || m_anchor != anchor)
         return false;
     // Within a burst nothing has moved, and finding the window for thousands of texts takes time.
     return m_refreshTimer.isActive() || m_window == CTipPlace::windowFor(anchor);
@@ -147,21 +171,34 @@ bool CMessageTip::takes(QWidget* anchor) const
 
 void CMessageTip::add(const QString& text, int kind, int level, int duration)
 {
-    m_texts.add(text, kind);
-    m_kind = kind;
+    m_texts.add(text, kind, duration);
     m_loud = m_loud || level >= LOUD_LEVEL;
-    m_untimed = m_untimed || duration <= 0;
-    const int time = std::min(std::max(duration, 0),
-                              std::numeric_limits<int>::max() / MILLISECONDS_PER_HUNDREDTH) *
-                     MILLISECONDS_PER_HUNDREDTH;
-    m_longest = std::max(m_longest, time);
-    m_total = addedTime(m_total, time);
-    const bool lasting = m_untimed || (m_texts.entryCount() > 1 && !m_texts.areHintsOnly());
-    if (lasting && !m_lasting)
-        qApp->installEventFilter(this);
-    m_lasting = lasting;
-    if (m_texts.all().size() == 1)
+    m_keys->setActive(isLasting());
+    if (m_texts.shownCount() == 1)
         refresh();
+    else
+        m_refreshTimer.start();
+}
+
+void CMessageTip::addEcho(const QString& text, int kind, int level, int duration)
+{
+    m_texts.addEcho(text, kind, duration);
+    const bool wasQuiet = !m_loud;
+    m_loud = m_loud || level >= LOUD_LEVEL;
+    m_keys->setActive(isLasting());
+    if (wasQuiet && m_loud)
+        m_refreshTimer.start();
+    else
+        runClock();
+}
+
+/// Takes back the latest `count` of the texts that equal `text`.
+void CMessageTip::withdraw(const QString& text, int kind, int count)
+{
+    m_texts.withdraw(text, kind, count);
+    m_keys->setActive(isLasting());
+    if (m_texts.entryCount() == 0)
+        dismiss();
     else
         m_refreshTimer.start();
 }
@@ -171,11 +208,17 @@ QStringList CMessageTip::texts() const
     return m_texts.all();
 }
 
+bool CMessageTip::isLasting() const
+{
+    return m_texts.areLasting();
+}
+
 void CMessageTip::dismiss()
 {
     if (!openTips().removeOne(this))
         return;
-    for (QObject* const watched : std::initializer_list<QObject*>{qApp, m_window, m_anchor}) {
+    m_keys->setActive(false);
+    for (QObject* const watched : std::initializer_list<QObject*>{m_window, m_anchor}) {
         if (watched)
             watched->removeEventFilter(this);
     }
@@ -187,7 +230,7 @@ void CMessageTip::dismiss()
 
 void CMessageTip::copyTexts() const
 {
-    QGuiApplication::clipboard()->setText(m_texts.all().join(QLatin1Char('\n')));
+    QGuiApplication::clipboard()->setText(m_texts.told().join(QLatin1Char('\n')));
 }
 
 void CMessageTip::onUiResourceChanged()
@@ -219,18 +262,25 @@ void CMessageTip::refresh()
     const bool isList = m_texts.entryCount() > 1;
     m_count->setText(
         QStringLiteral("共 %1 条")
-            .arg(QLocale(QLocale::Chinese, QLocale::China).toString(m_texts.all().size())));
+            .arg(QLocale(QLocale::Chinese, QLocale::China).toString(m_texts.shownCount())));
     m_count->setVisible(isList);
-    m_close->setVisible(isList || m_lasting);
+    m_close->setVisible(isList || isLasting());
     const QString name = m_texts.joined();
     setAccessibleName(name);
     m_body->setAccessibleName(name);
     arrange();
     updateAway(QGuiApplication::applicationState());
-    if (m_loud) {
-        QAccessibleEvent alert(this, QAccessible::Alert);
-        QAccessible::updateAccessibility(&alert);
-    }
+    // Not before the turn ends, because the text may still move to another anchor.
+    if (m_loud)
+        QMetaObject::invokeMethod(this, &CMessageTip::announce, Qt::QueuedConnection);
+}
+
+void CMessageTip::announce()
+{
+    if (!openTips().contains(this))
+        return;
+    QAccessibleEvent alert(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
 }
 
 void CMessageTip::arrange()
@@ -289,7 +339,7 @@ void CMessageTip::paintEvent(QPaintEvent*)
 {
     const int padding = registrySize("gw_siz_kit_tip_padding");
     const int icon = registrySize("gw_siz_kit_tip_icon");
-    const QColor kindColor = CUiResource::getColor(colorKey(m_kind));
+    const QColor kindColor = CUiResource::getColor(colorKey(kind()));
     QPainter painter(this);
     painter.setPen(kindColor);
     painter.setBrush(palette().window());
@@ -297,16 +347,16 @@ void CMessageTip::paintEvent(QPaintEvent*)
     const QRect frame = m_place.box();
     painter.fillRect(frame.left(), frame.top(), registrySize("gw_siz_kit_tip_stripe"),
                      frame.height(), kindColor);
-    CUiResource::getIcon(iconKey(m_kind), colorKey(m_kind))
+    CUiResource::getIcon(iconKey(kind()), colorKey(kind()))
         .paint(&painter, frame.left() + padding, m_iconTop, icon, icon);
 }
 
 void CMessageTip::runClock()
 {
-    if (m_lasting || m_hovered || m_away)
+    if (isLasting() || m_hovered || m_away)
         m_closeTimer.stop();
     else
-        m_closeTimer.start(m_texts.entryCount() > 1 ? m_total : m_longest);
+        m_closeTimer.start(m_texts.time());
 }
 
 void CMessageTip::onClockRunOut()
@@ -361,9 +411,6 @@ bool CMessageTip::event(QEvent* event)
 bool CMessageTip::eventFilter(QObject* watched, QEvent* event)
 {
     switch (event->type()) {
-    case QEvent::KeyPress:
-    case QEvent::ShortcutOverride:
-        return m_lasting && handleWindowKey(event, watched);
     case QEvent::Hide:
         // A minimised window hides spontaneously and will be back.
         if (watched == m_window && !event->spontaneous()) {
@@ -385,31 +432,6 @@ bool CMessageTip::eventFilter(QObject* watched, QEvent* event)
         break;
     }
     return false;
-}
-
-/// The keys of a lasting list, taken from whatever has the focus in the tip's window.
-bool CMessageTip::handleWindowKey(QEvent* event, QObject* receiver)
-{
-    const auto* const widget = qobject_cast<QWidget*>(receiver);
-    if (!widget || (m_window && widget->window() != m_window))
-        return false;
-    const QKeyCombination pressed = static_cast<QKeyEvent*>(event)->keyCombination();
-    const bool isEscape = pressed == QKeyCombination(Qt::Key_Escape);
-    const bool isUp = pressed == (Qt::AltModifier | Qt::Key_PageUp);
-    const bool isDown = pressed == (Qt::AltModifier | Qt::Key_PageDown);
-    const bool isCopy = pressed == (Qt::ControlModifier | Qt::ShiftModifier | Qt::Key_C);
-    if (!isEscape && !isUp && !isDown && !isCopy)
-        return false;
-    event->accept();
-    if (event->type() == QEvent::ShortcutOverride)
-        return true;
-    if (isEscape)
-        dismiss();
-    else if (isCopy)
-        copyTexts();
-    else
-        m_body->scrollPages(isUp ? -1 : 1);
-    return true;
 }
 
 } // namespace KZ

@@ -71,9 +71,10 @@ QString CTipBody::line(const CTipTexts& texts, int entry) const
 void CTipBody::showTexts(const CTipTexts& texts)
 {
     const int count = texts.entryCount();
-    if (m_shown == 1 && count > 1) {
+    if ((m_shown == 1 && count > 1) || m_withdrawals != texts.withdrawals()) {
         clear();
         m_shown = 0;
+        m_withdrawals = texts.withdrawals();
     } else if (m_shown > 0 && line(texts, m_shown - 1) != m_lastLine) {
         QTextCursor cursor(document()->lastBlock());
         cursor.select(QTextCursor::BlockUnderCursor);

@@ -15,7 +15,7 @@ class CTipBody : public QPlainTextEdit
 public:
     explicit CTipBody(QWidget* parent);
 
-    /// Takes over what `texts` holds more than at the last call.
+    /// Takes over what has changed in `texts` since the last call.
     void showTexts(const CTipTexts& texts);
 
     /// Takes the size that shows all texts, within the limits; beyond `maxHeight` it scrolls.
@@ -39,6 +39,7 @@ private:
     QString line(const CTipTexts& texts, int entry) const;
 
     int m_shown = 0;
+    int m_withdrawals = 0;
     QString m_lastLine;
     QPoint m_pressed;
 };

@@ -89,6 +89,31 @@ QRect movedInto(const QRect& screen, QRect rect)
     return rect;
 }
 
+enum class Way { Up, Down, Left, Right };
+
+/// `rect` moved off those at `taken` in one direction, nothing when the screen ends before.
+std::optional<QRect> movedOff(const QList<QRect>& taken, const QRect& screen, QRect rect, Way way,
+                              int distance)
+{
+    // Each round leaves one neighbour behind for good, because all moves go the same way.
+    for (qsizetype round = 0; round <= taken.size(); ++round) {
+        const auto hit = std::find_if(taken.begin(), taken.end(), [&rect](const QRect& other) {
+            return other.intersects(rect);
+        });
+        if (hit == taken.end())
+            break;
+        if (way == Way::Up)
+            rect.moveBottom(hit->top() - 1 - distance);
+        else if (way == Way::Down)
+            rect.moveTop(hit->bottom() + 1 + distance);
+        else if (way == Way::Left)
+            rect.moveRight(hit->left() - 1 - distance);
+        else
+            rect.moveLeft(hit->right() + 1 + distance);
+    }
+    return screen.contains(rect) ? std::optional(rect) : std::nullopt;
+}
+
 int registrySize(const char* key)
 {
     return CUiResource::getSize(QLatin1String(key));
@@ -106,6 +131,11 @@ QWidget* CTipPlace::windowFor(QWidget* anchor)
     return blocking && isShown(blocking) ? blocking : window;
 }
 
+bool CTipPlace::isSeen(QWidget* anchor)
+{
+    return anchor && isShown(anchor) && windowFor(anchor) == anchor->window();
+}
+
 void CTipPlace::find(QWidget* anchor, QWidget* window, int alignment, const QSize& size,
                      const QList<QRect>& taken)
 {
@@ -119,7 +149,14 @@ void CTipPlace::find(QWidget* anchor, QWidget* window, int alignment, const QSiz
         const QRect target = visibleRect(part);
         const QRect screen = screenAround(target);
         standBeside(target, screen, alignment, size);
-        makeRoom(taken, screen);
+        if (!makeRoom(taken, screen)) {
+            const CTipPlace first = *this;
+            standBeside(target, screen, alignment ^ Qt::AlignTop, size);
+            if (!makeRoom(taken, screen)) {
+                *this = first;
+                makeRoomAside(taken, screen, size);
+            }
+        }
         m_besideAnchor = window->mapFromGlobal(m_geometry.topLeft() + box().topLeft());
         return;
     }
@@ -127,7 +164,8 @@ void CTipPlace::find(QWidget* anchor, QWidget* window, int alignment, const QSiz
         m_geometry = QRect(window->mapToGlobal(*m_besideAnchor), size);
         const QRect screen = screenAround(m_geometry);
         m_geometry = movedInto(screen, m_geometry);
-        makeRoom(taken, screen);
+        if (!makeRoom(taken, screen))
+            makeRoomAside(taken, screen, size);
         return;
     }
     QRect ground;
@@ -139,7 +177,8 @@ void CTipPlace::find(QWidget* anchor, QWidget* window, int alignment, const QSiz
     m_geometry = QRect(QPoint(), size);
     m_geometry.moveCenter(ground.center());
     m_geometry = movedInto(screen, m_geometry);
-    makeRoom(taken, screen);
+    if (!makeRoom(taken, screen))
+        makeRoomAside(taken, screen, size);
 }
 
 QRect CTipPlace::box() const
@@ -212,25 +251,35 @@ void CTipPlace::standBeside(const QRect& target, const QRect& screen, int alignm
         std::clamp(pointAt - left, 2 * arrow, std::max(2 * arrow, content.width() - 2 * arrow));
 }
 
-void CTipPlace::makeRoom(const QList<QRect>& taken, const QRect& screen)
+/// Moves away from the anchor; false when the other tips leave no room on that side of it.
+bool CTipPlace::makeRoom(const QList<QRect>& taken, const QRect& screen)
 {
-    const int distance = registrySize("gw_siz_kit_tip_distance");
-    const bool upwards = m_arrow == Arrow::Down;
-    QRect moved = m_geometry;
-    // Each round leaves one neighbour behind for good, because all moves go the same way.
-    for (qsizetype round = 0; round <= taken.size(); ++round) {
-        const auto hit = std::find_if(taken.begin(), taken.end(), [&moved](const QRect& rect) {
-            return rect.intersects(moved);
-        });
-        if (hit == taken.end())
-            break;
-        if (upwards)
-            moved.moveBottom(hit->top() - 1 - distance);
-        else
-            moved.moveTop(hit->bottom() + 1 + distance);
+    const std::optional<QRect> moved =
+        movedOff(taken, screen, m_geometry, m_arrow == Arrow::Down ? Way::Up : Way::Down,
+                 registrySize("gw_siz_kit_tip_distance"));
+    if (moved)
+        m_geometry = *moved;
+    return moved.has_value();
+}
+
+/// Moves beside the other tips, without an arrow, which would point at one of them; with no room
+/// there either it covers what it has to.
+void CTipPlace::makeRoomAside(const QList<QRect>& taken, const QRect& screen, const QSize& size)
+{
+    const QRect plain(m_geometry.topLeft(), size);
+    QList<Way> ways{Way::Right, Way::Left};
+    // Beside an anchor both sides have been tried, and what comes next upwards is the anchor.
+    if (m_arrow == Arrow::None)
+        ways.prepend(Way::Up);
+    for (const Way way : std::as_const(ways)) {
+        const std::optional<QRect> moved =
+            movedOff(taken, screen, plain, way, registrySize("gw_siz_kit_tip_distance"));
+        if (moved) {
+            m_geometry = *moved;
+            m_arrow = Arrow::None;
+            return;
+        }
     }
-    if (screen.contains(moved))
-        m_geometry = moved;
 }
 
 } // namespace KZ

@@ -20,6 +20,9 @@ public:
     /// The window that a tip at `anchor` belongs to: that of the anchor's nearest visible
     /// ancestor, else the window the user works in; null when the program shows none.
     static QWidget* windowFor(QWidget* anchor);
+    /// Whether the user can see `anchor` (may be null) with no modal dialog between, so that a tip
+    /// points at it.
+    static bool isSeen(QWidget* anchor);
 
     /// Finds the place of a tip with a content of `size` that belongs to `window` (may be null),
     /// beside `anchor` as `alignment` says, on the screen and off the other tips at `taken`. When
@@ -40,7 +43,8 @@ public:
 
 private:
     void standBeside(const QRect& target, const QRect& screen, int alignment, const QSize& size);
-    void makeRoom(const QList<QRect>& taken, const QRect& screen);
+    bool makeRoom(const QList<QRect>& taken, const QRect& screen);
+    void makeRoomAside(const QList<QRect>& taken, const QRect& screen, const QSize& size);
 
     QRect m_geometry;
     Arrow m_arrow = Arrow::None;

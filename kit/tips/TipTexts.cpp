@@ -1,10 +1,16 @@
 #include "kit/tips/TipTexts.h"
 
+#include <algorithm>
+#include <limits>
+#include <utility>
+
 namespace KZ {
 
 namespace {
 
 constexpr int KIND_HINT = 2;
+constexpr int MILLISECONDS_PER_HUNDREDTH = 10;
+constexpr int LONGEST_TIME = std::numeric_limits<int>::max();
 constexpr char16_t CONTROL_PICTURES = 0x2400;
 constexpr char16_t PICTURE_OF_DELETE = 0x2421;
 
@@ -50,14 +56,74 @@ QString visibleForm(const QString& text)
 
 } // namespace
 
-void CTipTexts::add(const QString& text, int kind)
+void CTipTexts::add(const QString& text, int kind, int duration)
+{
+    take({text, kind, duration, false});
+}
+
+void CTipTexts::addEcho(const QString& text, int kind, int duration)
+{
+    take({text, kind, duration, true});
+}
+
+void CTipTexts::withdraw(const QString& text, int kind, int count)
+{
+    QVector<Text> kept = m_all;
+    for (qsizetype i = kept.size() - 1; i >= 0 && count > 0; --i) {
+        if (kept.at(i).kind != kind || kept.at(i).text != text)
+            continue;
+        kept.removeAt(i);
+        --count;
+    }
+    const int withdrawals = m_withdrawals + 1;
+    *this = CTipTexts();
+    m_withdrawals = withdrawals;
+    for (const Text& remaining : std::as_const(kept))
+        take(remaining);
+}
+
+void CTipTexts::take(const Text& text)
 {
     m_all.append(text);
-    m_hintsOnly = m_hintsOnly && kind == KIND_HINT;
-    if (!m_entries.isEmpty() && m_entries.last().kind == kind && m_entries.last().text == text)
+    m_untimed = m_untimed || text.duration <= 0;
+    const int time = std::clamp(text.duration, 0, LONGEST_TIME / MILLISECONDS_PER_HUNDREDTH) *
+                     MILLISECONDS_PER_HUNDREDTH;
+    m_longestTime = std::max(m_longestTime, time);
+    if (text.isEcho)
+        return;
+    m_totalTime = time > LONGEST_TIME - m_totalTime ? LONGEST_TIME : m_totalTime + time;
+    m_hintsOnly = m_hintsOnly && text.kind == KIND_HINT;
+    ++m_shownCount;
+    const bool isRepeated = !m_entries.isEmpty() && m_entries.last().kind == text.kind &&
+                            m_entries.last().text == text.text;
+    if (isRepeated)
         ++m_entries.last().count;
     else
-        m_entries.append({text, kind, 1});
+        m_entries.append({text.text, text.kind, 1});
+}
+
+QStringList CTipTexts::all() const
+{
+    QStringList texts;
+    texts.reserve(m_all.size());
+    for (const Text& text : m_all)
+        texts.append(text.text);
+    return texts;
+}
+
+QStringList CTipTexts::told() const
+{
+    QStringList texts;
+    for (const Text& text : m_all) {
+        if (!text.isEcho)
+            texts.append(text.text);
+    }
+    return texts;
+}
+
+bool CTipTexts::areLasting() const
+{
+    return m_untimed || (entryCount() > 1 && !m_hintsOnly);
 }
 
 QString CTipTexts::shownText(int entry) const

@@ -31,6 +31,7 @@ private Q_SLOTS:
     void itFollowsItsAnchor();
     void itStaysWhereItIsReadWhenItsAnchorIsHidden();
     void tipsOfDifferentAnchorsDoNotCover();
+    void severalListsOfOneAnchorDoNotCover();
     void itStaysOnTheScreen();
     void itShowsAfterADialogHasClosed();
     void itHidesWithTheProgram();
@@ -265,6 +266,29 @@ void MessageTipPlaceTest::tipsOfDifferentAnchorsDoNotCover()
     const QList<CMessageTip*> tips = CMessageTip::visibleTips();
     QCOMPARE(tips.size(), 2);
     QVERIFY(!tips.at(0)->geometry().intersects(tips.at(1)->geometry()));
+}
+
+void MessageTipPlaceTest::severalListsOfOneAnchorDoNotCover()
+{
+    const QRect screen = m_window->screen()->availableGeometry();
+    // Room for one list on either side, none for a second.
+    m_window->move(screen.left() + 10, screen.center().y() - 80);
+    QCoreApplication::processEvents();
+    for (const quint64 request : {1, 2, 3}) {
+        for (int i = 0; i < 11; ++i)
+            CMessageTip::showTip(m_anchor, 0x41, QStringLiteral("第 %1 个错误").arg(i), 3, 2, 300,
+                                 request);
+        QTRY_COMPARE(body(CMessageTip::visibleTips().constLast())->document()->blockCount(), 11);
+    }
+    const QList<CMessageTip*> tips = CMessageTip::visibleTips();
+    QCOMPARE(tips.size(), 3);
+    const QRect anchor(m_anchor->mapToGlobal(QPoint()), m_anchor->size());
+    for (const CMessageTip* const tip : tips) {
+        QVERIFY(screen.contains(tip->geometry()));
+        QVERIFY(!tip->geometry().intersects(anchor));
+        for (const CMessageTip* const other : tips)
+            QVERIFY(other == tip || !tip->geometry().intersects(other->geometry()));
+    }
 }
 
 void MessageTipPlaceTest::itStaysOnTheScreen()
