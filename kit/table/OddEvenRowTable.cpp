@@ -6,6 +6,7 @@
 #include "kit/table/ColumnWidgets.h"
 #include "kit/table/TableColumns.h"
 #include "kit/table/TableCore.h"
+#include "kit/table/TableInput.h"
 #include "kit/table/TableSelection.h"
 #include "kit/table/TableView.h"
 #include "kit/table/TickBoxes.h"
@@ -112,6 +113,22 @@ int COddEvenRowTable::appendRow()
     const int row = addRowBegin();
     addRowEnd(true);
     return row;
+}
+
+void COddEvenRowTable::setRowKey(int row, const QString& key)
+{
+    m_core->store().setRowKey(row, key);
+}
+
+QString COddEvenRowTable::rowKey(int row) const
+{
+    return m_core->store().rowKey(row);
+}
+
+bool COddEvenRowTable::isRowShown(int row) const
+{
+    m_core->publish();
+    return m_core->model().viewRowOf(row) >= 0;
 }
 
 void COddEvenRowTable::setItemText(int row, int column, const QString& text, bool)
@@ -243,6 +260,17 @@ QVector<int> COddEvenRowTable::selectedRows() const
 void COddEvenRowTable::selectRow(int row)
 {
     m_core->selection().select(row);
+}
+
+bool COddEvenRowTable::isFilterHiding() const
+{
+    m_core->publish();
+    return m_core->model().rowCount() < m_core->store().rowCount();
+}
+
+void COddEvenRowTable::clearFilter()
+{
+    m_core->input().clearFilter();
 }
 
 QString COddEvenRowTable::saveConfigStr() const

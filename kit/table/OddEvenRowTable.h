@@ -73,6 +73,14 @@ public:
     int addRowBegin();
     void addRowEnd(bool refresh);
     int appendRow();
+    /// Names what a row stands for, so that a reload (clear() and new rows) leaves the user where
+    /// he was: framed row, selection and what he has in sight follow the keys, silently. When the
+    /// row that he was in does not come back, nothing is selected. Of rows with equal keys the
+    /// first counts; a row without a key is found again by its number, and only as the framed one.
+    void setRowKey(int row, const QString& key);
+    QString rowKey(int row) const;
+    /// Whether the user can scroll to the row: no typed filter hides it.
+    bool isRowShown(int row) const;
 
     void setItemText(int row, int column, const QString& text, bool refresh = true);
     QString itemText(int row, int column) const;
@@ -112,6 +120,11 @@ public:
     int selectedRow() const;
     QVector<int> selectedRows() const;
     void selectRow(int row);
+
+    /// Whether a filter that the user typed hides at least one row.
+    bool isFilterHiding() const;
+    /// Empties and closes the filter bar; framed row and selection stay.
+    void clearFilter();
 
     /// Column order, widths and sorting as a short text, and back. A text that does not describe
     /// this table is ignored wholly. It may be loaded before the columns are set.

@@ -58,6 +58,7 @@ void CRowStore::setColumnCount(int count)
 void CRowStore::clear()
 {
     m_rowCount = 0;
+    m_rowKeys.clear();
     m_texts.clear();
     for (SColumn& column : m_columns) {
         column.colors.clear();
@@ -73,6 +74,23 @@ int CRowStore::appendRow()
 {
     m_texts.resize(m_texts.size() + m_columns.size());
     return m_rowCount++;
+}
+
+const QString& CRowStore::rowKey(int row) const
+{
+    return row >= 0 && size_t(row) < m_rowKeys.size() ? m_rowKeys[size_t(row)] : emptyText();
+}
+
+void CRowStore::setRowKey(int row, const QString& key)
+{
+    if (row < 0 || row >= m_rowCount)
+        return;
+    if (size_t(row) >= m_rowKeys.size()) {
+        if (key.isEmpty())
+            return;
+        m_rowKeys.resize(size_t(row) + 1);
+    }
+    m_rowKeys[size_t(row)] = key;
 }
 
 const QString& CRowStore::text(int row, int column) const

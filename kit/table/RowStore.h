@@ -47,6 +47,10 @@ public:
     void clear();
     int appendRow();
 
+    /// What the row stands for, empty while nobody has said so.
+    const QString& rowKey(int row) const;
+    void setRowKey(int row, const QString& key);
+
     const QString& text(int row, int column) const;
     /// True when the text is another one than before.
     bool setText(int row, int column, const QString& text);
@@ -100,6 +104,7 @@ private:
 
     int m_rowCount = 0;
     int m_columnCount = 0;
+    std::vector<QString> m_rowKeys;
     std::vector<QString> m_texts;
     std::vector<SColumn> m_columns;
     /// The keys of the colours in use, in both spellings; the first ones stand for no colour.

@@ -49,7 +49,7 @@ CTableCore::CTableCore(COddEvenRowTable* table, int id, int menuFlags)
     m_layer->boxes().setHandlers(
         [this](int row, int column, bool checked) { setChecked(row, column, checked); },
         [this](int row, int column, bool enabled) { setCheckEnabled(row, column, enabled); });
-    m_selection = new CTableSelection(m_view, *m_model);
+    m_selection = new CTableSelection(m_view, *m_model, m_store);
     m_selection->setChosenHandler([this](int row) {
         m_table->deliverEvent(EVENT_ROW_SELECTED, row, m_id, QString(), m_table);
     });
@@ -272,14 +272,14 @@ void CTableCore::refilter()
 
 void CTableCore::setFilter(const QString& text)
 {
-    flush();
+    publish();
     m_filter = text;
     refilter();
 }
 
 CTableSelection& CTableCore::selection()
 {
-    flush();
+    publish();
     return *m_selection;
 }
 
@@ -306,15 +306,17 @@ bool CTableCore::event(QEvent* event)
     if (event->type() != flushEvent())
         return QObject::event(event);
     m_flushPosted = false;
+    publish();
+    m_selection->settle();
     flush();
     return true;
 }
 
-void CTableCore::flush(bool painting)
+void CTableCore::publish()
 {
-    if (m_isFlushing)
+    if (m_isPublishing)
         return;
-    const QScopedValueRollback<bool> flushing(m_isFlushing, true);
+    const QScopedValueRollback<bool> publishing(m_isPublishing, true);
     if (m_model->hasUnpublishedRows()) {
         m_selection->programActionBegun();
         m_model->publish();
@@ -326,6 +328,14 @@ void CTableCore::flush(bool painting)
     m_model->flushChanges();
     if (m_revealPending)
         refilter();
+}
+
+void CTableCore::flush(bool painting)
+{
+    if (m_isFlushing)
+        return;
+    const QScopedValueRollback<bool> flushing(m_isFlushing, true);
+    publish();
     if (!m_widgetsStale || !(painting || m_view->isVisible()))
         return;
     m_widgetsStale = false;

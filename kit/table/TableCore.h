@@ -38,6 +38,7 @@ public:
     CCellWidgetLayer& layer() { return *m_layer; }
     COddEvenRowTable* table() const { return m_table; }
     CTableFilterBar* filterBar() const { return m_filterBar; }
+    CTableInput& input() const { return *m_input; }
 
     /// Lays out view and filter bar in the table.
     void place();
@@ -75,10 +76,12 @@ public:
     /// Counts how often the rows were cleared; tells a loop that its rows are gone.
     quint32 generation() const { return m_generation; }
 
-    /// The selection, with the view up to date.
+    /// The selection, with all rows published.
     CTableSelection& selection();
     void setFilter(const QString& text);
 
+    /// Tells the view about all rows and changes; runs no code of the table's owner.
+    void publish();
     /// Brings view and cell widgets up to date.
     void flush(bool painting = false);
 
@@ -112,6 +115,7 @@ private:
     QString m_filter;
     quint32 m_generation = 0;
     bool m_flushPosted = false;
+    bool m_isPublishing = false;
     bool m_isFlushing = false;
     bool m_widgetsStale = true;
     bool m_revealPending = false;

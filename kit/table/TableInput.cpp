@@ -173,9 +173,18 @@ void CTableInput::openFilter()
 
 void CTableInput::closeFilter()
 {
-    CTableFilterBar* const bar = m_core.filterBar();
-    bar->edit()->clear();
     m_core.view()->setFocus(Qt::OtherFocusReason);
+    clearFilter();
+}
+
+void CTableInput::clearFilter()
+{
+    CTableFilterBar* const bar = m_core.filterBar();
+    if (bar->isHidden())
+        return;
+    bar->edit()->clear();
+    if (bar->edit()->hasFocus())
+        m_core.view()->setFocus(Qt::OtherFocusReason);
     bar->hide();
     m_core.place();
 }

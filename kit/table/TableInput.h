@@ -24,6 +24,8 @@ public:
     bool keyPressed(QKeyEvent& event);
     void textComposed(QInputMethodEvent& event);
     void showMenu(const QPoint& globalPos, int column);
+    /// Empties and closes the filter bar, without taking the focus from elsewhere.
+    void clearFilter();
 
 private:
     void toggleSelectedTicks();

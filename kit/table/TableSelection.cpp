@@ -1,5 +1,6 @@
 #include "kit/table/TableSelection.h"
 
+#include "kit/table/RowStore.h"
 #include "kit/table/TableModel.h"
 #include "kit/table/TableView.h"
 
@@ -11,11 +12,14 @@
 
 namespace KZ {
 
-CTableSelection::CTableSelection(CTableView* view, CTableModel& model)
-    : QObject(view), m_view(view), m_model(model)
+CTableSelection::CTableSelection(CTableView* view, CTableModel& model, const CRowStore& store)
+    : QObject(view), m_view(view), m_model(model), m_store(store)
 {
     connect(selection(), &QItemSelectionModel::selectionChanged, this, &CTableSelection::changed);
     connect(selection(), &QItemSelectionModel::currentRowChanged, this, &CTableSelection::changed);
+    connect(view->verticalScrollBar(), &QScrollBar::valueChanged, this, &CTableSelection::scrolled);
+    connect(view->horizontalScrollBar(), &QScrollBar::valueChanged, this,
+            &CTableSelection::scrolled);
 }
 
 QItemSelectionModel* CTableSelection::selection() const
@@ -50,6 +54,7 @@ QVector<int> CTableSelection::rows() const
 void CTableSelection::select(int row)
 {
     programActionBegun();
+    m_place.reset();
     const int viewRow = m_model.viewRowOf(row);
     const int column = std::max(m_view->currentIndex().column(), 0);
     if (viewRow < 0)
@@ -63,35 +68,28 @@ void CTableSelection::select(int row)
 
 void CTableSelection::rememberPlace()
 {
-    // Cleared again before any row was shown: the user's place is still the remembered one.
-    if (m_place.isValid && m_model.rowCount() == 0)
-        return;
-    const QModelIndex current = m_view->currentIndex();
-    m_place.isValid = true;
-    m_place.verticalScroll = m_view->verticalScrollBar()->value();
-    m_place.horizontalScroll = m_view->horizontalScrollBar()->value();
-    m_place.row = m_model.rowAt(current.row());
-    m_place.column = current.column();
-    m_place.isSelected = selection()->isSelected(current);
+    // Cleared again before the user had a look: his place is still the remembered one.
+    if (!m_place)
+        m_place.emplace(*m_view, m_model, m_store, rows());
 }
 
 void CTableSelection::returnToPlace()
 {
-    if (!m_place.isValid || m_model.rowCount() == 0)
-        return;
-    m_place.isValid = false;
-    const QModelIndex current = m_model.index(m_model.viewRowOf(m_place.row), m_place.column);
-    m_view->setAutoScroll(false);
-    if (current.isValid()) {
-        selection()->setCurrentIndex(current, m_place.isSelected
-                                                  ? QItemSelectionModel::ClearAndSelect |
-                                                        QItemSelectionModel::Rows
-                                                  : QItemSelectionModel::NoUpdate);
-    }
-    m_view->layoutNow();
-    m_view->verticalScrollBar()->setValue(m_place.verticalScroll);
-    m_view->horizontalScrollBar()->setValue(m_place.horizontalScroll);
-    m_view->setAutoScroll(true);
+    if (m_place)
+        m_place->restore(*m_view, m_model, m_store);
+}
+
+void CTableSelection::settle()
+{
+    if (m_store.rowCount() > 0)
+        m_place.reset();
+}
+
+void CTableSelection::scrolled()
+{
+    // An empty view scrolls to its top by itself.
+    if (m_programActions == 0 && m_model.rowCount() > 0)
+        m_place.reset();
 }
 
 void CTableSelection::keepOver(const std::function<void()>& reset)
@@ -106,22 +104,10 @@ void CTableSelection::keepOver(const std::function<void()>& reset)
         if (const int viewRow = m_model.viewRowOf(row); viewRow >= 0)
             shown.append(viewRow);
     }
-    std::sort(shown.begin(), shown.end());
-    // Neighbours go into one range, because a selection of many ranges is slow.
-    QItemSelection ranges;
-    const int lastColumn = m_model.columnCount() - 1;
-    for (qsizetype i = 0; i < shown.size();) {
-        qsizetype end = i + 1;
-        while (end < shown.size() && shown[end] == shown[end - 1] + 1)
-            ++end;
-        ranges.append(QItemSelectionRange(m_model.index(shown[i], 0),
-                                          m_model.index(shown[end - 1], lastColumn)));
-        i = end;
-    }
     const QModelIndex current = m_model.index(m_model.viewRowOf(currentRow), column);
     if (current.isValid())
         selection()->setCurrentIndex(current, QItemSelectionModel::NoUpdate);
-    selection()->select(ranges, QItemSelectionModel::ClearAndSelect);
+    selection()->select(rowRanges(m_model, shown), QItemSelectionModel::ClearAndSelect);
     programActionEnded();
 }
 
@@ -136,6 +122,7 @@ void CTableSelection::changed()
     if (m_programActions > 0)
         return;
     m_isChanged = true;
+    m_place.reset();
     if (m_userActions > 0)
         return;
     // Neither program nor mouse or key: an assistive tool acts for the user.

@@ -1,14 +1,18 @@
 #pragma once
 
+#include "kit/table/TablePlace.h"
+
 #include <QObject>
 #include <QVector>
 
 #include <functional>
+#include <optional>
 
 class QItemSelectionModel;
 
 namespace KZ {
 
+class CRowStore;
 class CTableModel;
 class CTableView;
 
@@ -19,7 +23,7 @@ class CTableSelection : public QObject
     Q_OBJECT
 
 public:
-    CTableSelection(CTableView* view, CTableModel& model);
+    CTableSelection(CTableView* view, CTableModel& model, const CRowStore& store);
 
     void setChosenHandler(std::function<void(int row)> handler) { m_chosen = std::move(handler); }
 
@@ -30,9 +34,12 @@ public:
     /// Selects one row, or nothing when the row is not shown.
     void select(int row);
 
-    /// Remembers scroll position and current row until the next returnToPlace() that finds rows.
+    /// Remembers where the user is, for the rows that will come.
     void rememberPlace();
+    /// Brings the user back there. Rows that come in portions may do so several times, until
+    /// settle(), which ends it when there are rows, or until somebody selects or scrolls.
     void returnToPlace();
+    void settle();
 
     /// Brackets what the user does by mouse or key; the choice is told at its end.
     void userActionBegun() { ++m_userActions; }
@@ -45,23 +52,15 @@ public:
     void keepOver(const std::function<void()>& reset);
 
 private:
-    struct SPlace
-    {
-        bool isValid = false;
-        int verticalScroll = 0;
-        int horizontalScroll = 0;
-        int row = -1;
-        int column = 0;
-        bool isSelected = false;
-    };
-
     QItemSelectionModel* selection() const;
     void changed();
+    void scrolled();
 
     CTableView* const m_view;
     CTableModel& m_model;
+    const CRowStore& m_store;
     std::function<void(int)> m_chosen;
-    SPlace m_place;
+    std::optional<CTablePlace> m_place;
     int m_chosenRow = -1;
     int m_userActions = 0;
     int m_programActions = 0;
