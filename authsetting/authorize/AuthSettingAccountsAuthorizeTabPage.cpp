@@ -14,6 +14,7 @@
 #include "authsetting/shell/AccountTextCache.h"
 #include "authsetting/shell/AuthSettingEvents.h"
 #include "authsetting/shell/AuthSettingIds.h"
+#include "authsetting/shell/OnScreen.h"
 #include "authsetting/shell/RequestTag.h"
 #include "authsetting/shell/ResultTip.h"
 #include "kit/dates/SoftCalendarLineEdit.h"
@@ -23,7 +24,6 @@
 
 #include <QPointer>
 
-#include <boost/bind/bind.hpp>
 #include <boost/make_shared.hpp>
 
 #include <utility>
@@ -40,7 +40,7 @@ constexpr int hintTip = 2;
 CAuthSettingAccountsAuthorizeTabPage::CAuthSettingAccountsAuthorizeTabPage(QWidget* parent)
     : IAuthSettingTabPage(ID_FUTURE_AUTHSETTING_PAGE_ACCOUNTS_AUTHORIZE, -1,
                           ID_FUTURE_AUTHSETTING_TABPAGE_ACCOUNTS_AUTHORIZE, parent),
-      m_form(new CBatchForm(this)), m_userCheck(this)
+      m_form(new CBatchForm(this)), m_reloads(this), m_outcomes(this)
 {
     setInnerStretchWidget(m_form, 0, 0, 0, 0);
     buildMenu();
@@ -57,10 +57,12 @@ void CAuthSettingAccountsAuthorizeTabPage::buildMenu()
 {
     m_authMenu = new CGrantMenu(this);
     m_authMenu->setObjectName(QStringLiteral("halden_batch_menu"));
-    connect(m_authMenu->fileAction(), &QAction::triggered, this,
-            &CAuthSettingAccountsAuthorizeTabPage::onFileAuthTriggered);
-    connect(m_authMenu->serverAction(), &QAction::triggered, this,
-            &CAuthSettingAccountsAuthorizeTabPage::onServerAuthTriggered);
+    connect(m_authMenu->fileAction(), &QAction::triggered, this, [this] { grantFromMenu(false); });
+    connect(m_authMenu->serverAction(), &QAction::triggered, this, [this] { grantFromMenu(true); });
+    connect(m_authMenu, &CGrantMenu::closed, this, [this] {
+        m_offer.reset();
+        m_menuHold.reset();
+    });
 }
 
 void CAuthSettingAccountsAuthorizeTabPage::connectClient()
@@ -75,6 +77,11 @@ void CAuthSettingAccountsAuthorizeTabPage::connectClient()
 }
 
 void CAuthSettingAccountsAuthorizeTabPage::reloadData()
+{
+    m_reloads.run([this] { fill(); });
+}
+
+void CAuthSettingAccountsAuthorizeTabPage::fill()
 {
     m_accounts.clear();
     m_accountIndex.clear();
@@ -97,8 +104,10 @@ void CAuthSettingAccountsAuthorizeTabPage::fillTable()
         if (user->isSubAccount(key) || user->hasSubAccount(key))
             continue;
         boost::shared_ptr<CAuthDetail> grant;
-        const bool granted = client && client->getAuthDetail(std::move(key), grant);
-        m_form->table()->addAccount(*account, granted ? grant.get() : nullptr, texts);
+        const bool granted = client && client->getAuthDetail(key, grant);
+        const int row =
+            m_form->table()->addAccount(*account, granted ? grant.get() : nullptr, texts);
+        m_form->table()->setRowKey(row, key);
         m_accounts.append(std::move(account));
     }
 }
@@ -116,6 +125,38 @@ bool CAuthSettingAccountsAuthorizeTabPage::isReadyToGrant()
     return true;
 }
 
+CBatchOffer CAuthSettingAccountsAuthorizeTabPage::shownOffer() const
+{
+    CBatchOffer offer{m_form->grantee(), m_form->days().limit(), {}};
+    for (qsizetype row = 0; row < m_accounts.size(); ++row) {
+        if (m_form->table()->isSelected(static_cast<int>(row)))
+            offer.keys.append(m_accounts.at(row)->key());
+    }
+    return offer;
+}
+
+bool CAuthSettingAccountsAuthorizeTabPage::stillHolds(const CBatchOffer& offer) const
+{
+    return isVisible() && shownOffer() == offer && areGrantable(offer.keys);
+}
+
+void CAuthSettingAccountsAuthorizeTabPage::grantFromMenu(bool toServer)
+{
+    const std::optional<CBatchOffer> offer = std::exchange(m_offer, std::nullopt);
+    if (offer && !stillHolds(*offer))
+        tellChanged();
+    else if (toServer)
+        onServerAuthTriggered(false);
+    else
+        onFileAuthTriggered(false);
+}
+
+void CAuthSettingAccountsAuthorizeTabPage::tellChanged()
+{
+    reloadData();
+    showChangedTip(m_form->authorizeButton());
+}
+
 void CAuthSettingAccountsAuthorizeTabPage::onServerAuthTriggered(bool)
 {
     if (isReadyToGrant())
@@ -131,6 +172,12 @@ void CAuthSettingAccountsAuthorizeTabPage::onFileAuthTriggered(bool)
 {
     if (!isReadyToGrant())
         return;
+    std::optional<CBatchOffer> offer;
+    std::optional<CReloadGate::Hold> hold;
+    if (isUserLooking(this)) {
+        offer = shownOffer();
+        hold.emplace(m_reloads);
+    }
     const QPointer<QWidget> self(this);
     const QString path = chooseGrantFile(this);
     if (!self)
@@ -138,8 +185,18 @@ void CAuthSettingAccountsAuthorizeTabPage::onFileAuthTriggered(bool)
     m_exportPath = path;
     if (m_exportPath.isEmpty())
         return;
-    askGrantPassword(this, boost::bind(&CAuthSettingAccountsAuthorizeTabPage::authPasswordForFile,
-                                       this, boost::placeholders::_1));
+    if (offer && !stillHolds(*offer)) {
+        tellChanged();
+        return;
+    }
+    askGrantPassword(this, [this, offer, path](const QString& password) {
+        if (offer && !stillHolds(*offer)) {
+            tellChanged();
+            return;
+        }
+        m_exportPath = path;
+        authPasswordForFile(password);
+    });
 }
 
 void CAuthSettingAccountsAuthorizeTabPage::authPasswordForFile(QString password)
@@ -151,43 +208,32 @@ void CAuthSettingAccountsAuthorizeTabPage::grantSelected(const QString& password
 {
     wipeSecret(m_exportPassword);
     m_exportPassword = password;
-    m_pendingKeys.clear();
-    m_granted.clear();
     CAuthClient* client = getAuthClient();
     // The ticks may have gone while a dialog asked for file and password.
     if (!client || !isReadyToGrant())
         return;
 
     // Read once: the form turns its dates into moments each time.
-    const CAuthDetail pattern = newGrant();
-    QVector<boost::shared_ptr<CAuthDetail>> grants;
-    for (qsizetype index = 0; index < m_accounts.size(); ++index) {
-        if (m_form->table()->isSelected(static_cast<int>(index)))
-            m_pendingKeys.insert(m_accounts.at(index)->key());
-    }
-    for (qsizetype index = 0; index < m_accounts.size(); ++index) {
-        if (!m_form->table()->isSelected(static_cast<int>(index)))
+    const QString grantee = m_form->grantee();
+    CAuthLimit days = m_form->days().limit();
+    const auto request =
+        boost::make_shared<CGrantRequest>(grantee, toServer, m_exportPath, m_exportPassword);
+    wipeSecret(m_exportPassword);
+    QVector<mbservice::CAccountInfo> accounts;
+    for (qsizetype row = 0; row < m_accounts.size(); ++row) {
+        if (!m_form->table()->isSelected(static_cast<int>(row)))
             continue;
-        grants.append(boost::make_shared<CAuthDetail>(pattern));
-        grants.last()->account = *m_accounts.at(index);
+        accounts.append(*m_accounts.at(row));
+        request->add(m_accounts.at(row)->key(), accounts.last(), days);
     }
-    m_requested = m_pendingKeys.size();
+    m_requests.begin(request);
     beginRequest();
-    showProgress(0, m_requested);
-    for (const auto& grant : std::as_const(grants)) {
-        client->addAuth(grant->grantee, grant->account, grant->limit, requestTag(this), toServer);
-        announceGrant(grant->account);
+    showProgress(0, request->entries().size());
+    for (const mbservice::CAccountInfo& account : std::as_const(accounts)) {
+        CAuthLimit limit = days;
+        client->addAuth(grantee, account, limit, requestTag(this), toServer);
+        announceGrant(account);
     }
-}
-
-CAuthDetail CAuthSettingAccountsAuthorizeTabPage::newGrant() const
-{
-    const CUserConfig* user = getUserConfig();
-    CAuthDetail grant;
-    grant.grantor = user ? user->userName : QString();
-    grant.grantee = m_form->grantee();
-    grant.limit = m_form->days().limit();
-    return grant;
 }
 
 void CAuthSettingAccountsAuthorizeTabPage::announceGrant(const mbservice::CAccountInfo& account)
@@ -214,8 +260,9 @@ void CAuthSettingAccountsAuthorizeTabPage::slotAddAuthResult(QString grantee,
     if (!isRequestOf(this, tag))
         return;
     const QString key = genAccountKeyQs(account);
-    m_pendingKeys.remove(key);
-    showProgress(m_requested - m_pendingKeys.size(), m_requested);
+    const CGrantRequests::Pointer request = requestOf(key, grantee, limit, toServer);
+    if (!request)
+        return;
     if (ok) {
         const CUserConfig* user = getUserConfig();
         auto grant = boost::make_shared<CAuthDetail>();
@@ -226,18 +273,46 @@ void CAuthSettingAccountsAuthorizeTabPage::slotAddAuthResult(QString grantee,
         grant->limit = limit;
         if (const boost::shared_ptr<CAccount> own = accountOf(key))
             grant->account.accountPrivate = own->accountPrivate;
-        m_granted.append(grant);
+        request->granted.append(grant);
     } else {
         showResultTip(m_form->authorizeButton(), QStringLiteral("权限出错！错误信息：") + error,
-                      outcomeTip);
+                      outcomeTip, request->number());
     }
-    if (m_pendingKeys.isEmpty()) {
-        finishRequest(
-            boost::bind(&CAuthSettingAccountsAuthorizeTabPage::finishGrant, this, toServer));
-    }
+    request->answer(key, grantRef);
+    const bool isPresent = request == m_requests.present();
+    if (isPresent)
+        showProgress(request->answered(), request->entries().size());
+    if (!request->isAnswered())
+        return;
+    // The dialog waits for the request that was made last.
+    if (isPresent || !m_requests.present())
+        m_outcomes.finish(request->number(),
+                          [this, request, toServer] { finishGrant(request, toServer); });
+    else
+        finishGrant(request, toServer);
+}
+
+CGrantRequests::Pointer CAuthSettingAccountsAuthorizeTabPage::requestOf(const QString& key,
+                                                                        const QString& grantee,
+                                                                        const CAuthLimit& limit,
+                                                                        bool toServer)
+{
+    const CGrantRequests::Pointer request = m_requests.find(key, grantee, limit, toServer);
+    if (request || isHosted(this))
+        return request;
+    // Alone, the page takes every result that carries its tag.
+    const CGrantRequests::Pointer present = m_requests.present();
+    return present ? present
+                   : boost::make_shared<CGrantRequest>(grantee, toServer, m_exportPath,
+                                                       m_exportPassword);
 }
 
 boost::shared_ptr<CAccount> CAuthSettingAccountsAuthorizeTabPage::accountOf(const QString& key)
+{
+    return m_accounts.value(rowOf(key));
+}
+
+int CAuthSettingAccountsAuthorizeTabPage::rowOf(const QString& key)
 {
     if (m_accountIndex.isEmpty()) {
         m_accountIndex.reserve(m_accounts.size());
@@ -245,24 +320,27 @@ boost::shared_ptr<CAccount> CAuthSettingAccountsAuthorizeTabPage::accountOf(cons
         for (qsizetype index = m_accounts.size(); index-- > 0;)
             m_accountIndex.insert(m_accounts.at(index)->key(), index);
     }
-    return m_accounts.value(m_accountIndex.value(key, -1));
+    return static_cast<int>(m_accountIndex.value(key, -1));
 }
 
-void CAuthSettingAccountsAuthorizeTabPage::finishGrant(bool toServer)
+void CAuthSettingAccountsAuthorizeTabPage::finishGrant(const CGrantRequests::Pointer& request,
+                                                       bool toServer)
 {
-    if (m_granted.isEmpty())
+    m_requests.end(request);
+    if (request->granted.isEmpty())
         return;
     bool ok = true;
     if (!toServer) {
         CAuthClient* client = getAuthClient();
-        ok = client && client->exportAuth(m_exportPath, m_exportPassword, m_granted) == 0;
+        ok = client &&
+             client->exportAuth(request->path(), request->password(), request->granted) == 0;
     }
     if (ok)
         reloadEverything();
     const QString fileOutcome =
         ok ? QStringLiteral("生成授权文件成功") : QStringLiteral("生成授权文件失败");
     showResultTip(m_form->authorizeButton(), toServer ? QStringLiteral("授权成功") : fileOutcome,
-                  outcomeTip);
+                  outcomeTip, request->number());
 }
 
 void CAuthSettingAccountsAuthorizeTabPage::reloadEverything()
@@ -275,11 +353,13 @@ void CAuthSettingAccountsAuthorizeTabPage::cancelGrant(int row)
 {
     m_cancelRow = row;
     const boost::shared_ptr<CAccount> shown = m_accounts.value(row);
+    m_cancelKey = shown ? shown->key() : QString();
     CAuthClient* client = getAuthClient();
     if (!shown || !client)
         return;
     const mbservice::CAccountInfo account = *shown;
     const QString grantee = m_form->table()->itemText(row, CBatchAccountsTable::GranteeColumn);
+    m_cancelRequest = newRequestNumber();
     beginRequest();
     client->delAuth(grantee, account, requestTag(this));
 }
@@ -287,10 +367,8 @@ void CAuthSettingAccountsAuthorizeTabPage::cancelGrant(int row)
 void CAuthSettingAccountsAuthorizeTabPage::slotDelAuthResult(QString, mbservice::CAccountInfo,
                                                              QVariant tag, bool ok, QString error)
 {
-    if (!isRequestOf(this, tag))
-        return;
-    finishRequest(
-        boost::bind(&CAuthSettingAccountsAuthorizeTabPage::showCancelResult, this, ok, error));
+    if (isRequestOf(this, tag))
+        m_outcomes.finish(m_cancelRequest, [this, ok, error] { showCancelResult(ok, error); });
 }
 
 void CAuthSettingAccountsAuthorizeTabPage::showCancelResult(bool ok, QString error)
@@ -299,15 +377,17 @@ void CAuthSettingAccountsAuthorizeTabPage::showCancelResult(bool ok, QString err
         reloadEverything();
         return;
     }
-    QWidget* operation =
-        m_form->table()->itemWidget(m_cancelRow, CBatchAccountsTable::OperationColumn);
-    showResultTip(operation, QStringLiteral("取消授权失败。错误信息：") + error, hintTip);
+    CBatchAccountsTable* table = m_form->table();
+    // A reload may have moved the account to another row.
+    const int row = table->rowKey(m_cancelRow) == m_cancelKey ? m_cancelRow : rowOf(m_cancelKey);
+    showResultTip(table->itemWidget(row, CBatchAccountsTable::OperationColumn),
+                  QStringLiteral("取消授权失败。错误信息：") + error, hintTip, m_cancelRequest);
 }
 
 void CAuthSettingAccountsAuthorizeTabPage::slotCheckAuthuserResult(QString user, bool ok,
                                                                    QString error)
 {
-    if (!m_userCheck.takeAnswer(user) || ok)
+    if (ok)
         return;
     showResultTip(m_form->granteeEditor(),
                   QStringLiteral("无法对用户") + user + QStringLiteral("进行授权！错误信息：") +
@@ -325,7 +405,9 @@ void CAuthSettingAccountsAuthorizeTabPage::onTicked(int row, bool ticked)
 
 void CAuthSettingAccountsAuthorizeTabPage::checkGrantee()
 {
-    m_userCheck.ask(m_form->grantee());
+    CAuthClient* client = getAuthClient();
+    if (client && !m_form->grantee().isEmpty())
+        client->checkAuthuser(m_form->grantee());
     m_form->showPendingInSelected();
 }
 
@@ -337,8 +419,12 @@ void CAuthSettingAccountsAuthorizeTabPage::checkDates()
     m_form->showPendingInSelected();
 }
 
-void CAuthSettingAccountsAuthorizeTabPage::popUpMenu()
+void CAuthSettingAccountsAuthorizeTabPage::popUpMenu(const void* sender)
 {
+    if (isUserLooking(this, sender)) {
+        m_offer = shownOffer();
+        m_menuHold.emplace(m_reloads);
+    }
     m_authMenu->popUpBelow(m_form->authorizeButton(), 0);
 }
 
@@ -349,7 +435,7 @@ bool CAuthSettingAccountsAuthorizeTabPage::handleEvent(int eventId, int param1, 
     case KZ::EVENT_BUTTON_CLICKED:
         if (param1 != CBatchForm::AUTHORIZE_BUTTON_ID)
             break;
-        popUpMenu();
+        popUpMenu(data);
         return true;
     case KZ::EVENT_CHECK_TOGGLED:
         onTicked(param1, param2 != 0);

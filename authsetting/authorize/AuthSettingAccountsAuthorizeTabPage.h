@@ -1,18 +1,22 @@
 #pragma once
 
-#include "authsetting/authorize/UserCheck.h"
+#include "authsetting/authorize/BatchOffer.h"
+#include "authsetting/authorize/GrantRequests.h"
 #include "authsetting/services/AccountInfo.h"
 #include "authsetting/services/AuthDetail.h"
 #include "authsetting/services/AuthLimit.h"
 #include "authsetting/shell/AuthSettingTabPage.h"
+#include "authsetting/shell/Outcomes.h"
+#include "authsetting/shell/ReloadGate.h"
 
 #include <QHash>
-#include <QSet>
 #include <QString>
 #include <QVariant>
 #include <QVector>
 
 #include <boost/shared_ptr.hpp>
+
+#include <optional>
 
 namespace GW {
 
@@ -24,7 +28,8 @@ class CGrantMenu;
 /// or into an authorization file, and cancels the grant of a single row.
 ///
 /// One request per account goes out at once; the last answer ends the wait. Failures are told one
-/// by one as they arrive, and a success is told as soon as one account was granted.
+/// by one as they arrive, and a success is told as soon as one account was granted. What the user
+/// chose in the menu goes out only as he saw it when the menu opened, otherwise not at all.
 class CAuthSettingAccountsAuthorizeTabPage : public IAuthSettingTabPage
 {
     Q_OBJECT
@@ -53,44 +58,54 @@ public Q_SLOTS:
 private:
     void buildMenu();
     void connectClient();
+    void fill();
     void fillTable();
+
+    CBatchOffer shownOffer() const;
+    /// Whether the page still shows the offer and all of its accounts can be granted.
+    bool stillHolds(const CBatchOffer& offer) const;
+    void grantFromMenu(bool toServer);
+    void tellChanged();
 
     bool isReadyToGrant();
     void grantSelected(const QString& password, bool toServer);
-    /// A grant as the form says, of no account yet.
-    CAuthDetail newGrant() const;
     void announceGrant(const mbservice::CAccountInfo& account);
     /// The shown account with this key; empty when there is none.
     boost::shared_ptr<CAccount> accountOf(const QString& key);
-    void finishGrant(bool toServer);
+    /// Its row; -1 when there is none.
+    int rowOf(const QString& key);
+    /// The request that a result belongs to; null for one that this page did not ask for.
+    CGrantRequests::Pointer requestOf(const QString& key, const QString& grantee,
+                                      const CAuthLimit& limit, bool toServer);
+    void finishGrant(const CGrantRequests::Pointer& request, bool toServer);
     void cancelGrant(int row);
     void showCancelResult(bool ok, QString error);
 
     void onTicked(int row, bool ticked);
     void checkGrantee();
     void checkDates();
-    void popUpMenu();
+    void popUpMenu(const void* sender);
     void reloadEverything();
 
     CBatchForm* m_form;
     CGrantMenu* m_authMenu = nullptr;
-    CUserCheck m_userCheck;
-    /// Row of the last cancel request.
+    /// What the user saw when he opened the menu.
+    std::optional<CBatchOffer> m_offer;
+    std::optional<CReloadGate::Hold> m_menuHold;
+    CReloadGate m_reloads;
+    COutcomes m_outcomes;
+    CGrantRequests m_requests;
+    /// Row and account of the last cancel request, and its number.
     int m_cancelRow = -1;
+    QString m_cancelKey;
+    quint64 m_cancelRequest = 0;
     /// Accounts by row identifier.
     QVector<boost::shared_ptr<CAccount>> m_accounts;
     /// The first element of m_accounts with each account key; empty until one is looked for.
     QHash<QString, qsizetype> m_accountIndex;
-    /// Keys of the accounts whose grant is still to be answered.
-    QSet<QString> m_pendingKeys;
-    /// How many of them there were.
-    qsizetype m_requested = 0;
-    /// Password of the current file grant, empty for a server grant.
+    /// Password and file for the grant that is about to be asked for.
     QString m_exportPassword;
-    /// File of the current file grant.
     QString m_exportPath;
-    /// The grants confirmed during the current request.
-    QVector<boost::shared_ptr<CAuthDetail>> m_granted;
 };
 
 } // namespace GW

@@ -12,6 +12,7 @@
 #include "authsetting/services/UserConfig.h"
 #include "authsetting/shell/AuthSettingEvents.h"
 #include "authsetting/shell/AuthSettingIds.h"
+#include "authsetting/shell/OnScreen.h"
 #include "authsetting/shell/RequestTag.h"
 #include "authsetting/shell/ResultTip.h"
 #include "kit/dates/SoftCalendarLineEdit.h"
@@ -26,7 +27,6 @@
 #include <QScopedValueRollback>
 #include <QShowEvent>
 
-#include <boost/bind/bind.hpp>
 #include <boost/make_shared.hpp>
 
 #include <utility>
@@ -69,13 +69,15 @@ CAuthSettingSingleAccountAuthorizeTabPage::CAuthSettingSingleAccountAuthorizeTab
     bool single, QWidget* parent)
     : IAuthSettingTabPage(pageOf(single), subPageOf(single), tabPageOf(single), parent),
       m_form(new CSingleAccountForm(this)), m_granted(boost::make_shared<CAuthDetail>()),
-      m_menu(new CGrantMenu(this)), m_userCheck(this)
+      m_menu(new CGrantMenu(this)), m_reloads(this), m_outcomes(this)
 {
     setInnerStretchWidget(m_form, 0, 0, 0, 0);
-    connect(m_menu->fileAction(), &QAction::triggered, this,
-            &CAuthSettingSingleAccountAuthorizeTabPage::onFileAuthTriggered);
-    connect(m_menu->serverAction(), &QAction::triggered, this,
-            &CAuthSettingSingleAccountAuthorizeTabPage::onServerAuthTriggered);
+    connect(m_menu->fileAction(), &QAction::triggered, this, [this] { grantFromMenu(false); });
+    connect(m_menu->serverAction(), &QAction::triggered, this, [this] { grantFromMenu(true); });
+    connect(m_menu, &CGrantMenu::closed, this, [this] {
+        m_offer.reset();
+        m_menuHold.reset();
+    });
     connectClient();
     setDisabled(true);
 }
@@ -110,15 +112,27 @@ mbservice::EAuthType CAuthSettingSingleAccountAuthorizeTabPage::authType() const
 
 void CAuthSettingSingleAccountAuthorizeTabPage::reloadData()
 {
+    const auto fillNow = [this] { fill(); };
+    if (m_shown.key == key())
+        m_reloads.run(fillNow);
+    else
+        m_reloads.runAnyway(fillNow);
+}
+
+void CAuthSettingSingleAccountAuthorizeTabPage::fill()
+{
     const QScopedValueRollback<bool> leaving(m_leavingByProgram, true);
     m_form->reset();
-    if (m_shownKey != key())
+    // A condition is not carried over to another account.
+    if (m_shown.key != key())
         m_form->setConditionTicked(false);
-    m_shownKey = key();
+    m_shown = CShownAccount{};
+    m_shown.key = key();
     m_form->fillGrantees();
 
     const boost::shared_ptr<CAccount> shown = account();
     const mbservice::EAuthType type = shown ? shown->authType : mbservice::AUTH_TYPE_UNKNOWN;
+    m_shown.type = type;
     m_form->setGrantable(type == mbservice::AUTH_TYPE_NOT_GRANTED);
 
     KZ::CMediumNormalButton* button = m_form->grantButton();
@@ -134,8 +148,10 @@ void CAuthSettingSingleAccountAuthorizeTabPage::reloadData()
     m_form->showAccount(shown.get());
     boost::shared_ptr<CAuthDetail> grant;
     CAuthClient* client = getAuthClient();
-    if (client && client->getAuthDetail(key(), grant) && grant)
+    if (client && client->getAuthDetail(key(), grant) && grant) {
+        m_shown.takeGrant(*grant);
         m_form->showGrant(*grant);
+    }
 }
 
 void CAuthSettingSingleAccountAuthorizeTabPage::onActive()
@@ -156,10 +172,7 @@ bool CAuthSettingSingleAccountAuthorizeTabPage::handleEvent(int eventId, int par
     case KZ::EVENT_BUTTON_CLICKED:
         if (param1 != CSingleAccountForm::ID_GRANT_BUTTON)
             break;
-        if (authType() == mbservice::AUTH_TYPE_GRANTED_TO_OTHER)
-            cancelGrant();
-        else if (!m_form->returnToOpenThreshold())
-            popUpMenu();
+        onGrantButton(data);
         return true;
     case KZ::EVENT_CELL_EDITED:
         judgeThreshold(data);
@@ -167,8 +180,10 @@ bool CAuthSettingSingleAccountAuthorizeTabPage::handleEvent(int eventId, int par
     case KZ::EVENT_TEXT_COMMITTED:
         if (!fromGrantee)
             break;
-        if (!fromPlatform)
-            m_userCheck.ask(m_form->granteeBox()->currentText());
+        if (CAuthClient* client = fromPlatform ? nullptr : getAuthClient()) {
+            if (const QString user = m_form->granteeBox()->currentText(); !user.isEmpty())
+                client->checkAuthuser(user);
+        }
         return true;
     case KZ::EVENT_DATE_CHANGED:
         if (param1 != CSingleAccountForm::ID_START && param1 != CSingleAccountForm::ID_END)
@@ -220,9 +235,51 @@ void CAuthSettingSingleAccountAuthorizeTabPage::checkDates()
     m_form->grantButton()->setEnabled(m_form->days().count() >= 1);
 }
 
-void CAuthSettingSingleAccountAuthorizeTabPage::popUpMenu()
+void CAuthSettingSingleAccountAuthorizeTabPage::onGrantButton(const void* sender)
 {
+    if (isUserLooking(this, sender) && (m_shown.key != key() || !m_shown.isTrue()))
+        tellChanged();
+    else if (authType() == mbservice::AUTH_TYPE_GRANTED_TO_OTHER)
+        cancelGrant();
+    else if (!m_form->returnToOpenThreshold())
+        popUpMenu(sender);
+}
+
+void CAuthSettingSingleAccountAuthorizeTabPage::popUpMenu(const void* sender)
+{
+    if (isUserLooking(this, sender)) {
+        m_offer = shownOffer();
+        m_menuHold.emplace(m_reloads);
+    }
     m_menu->popUpBelow(m_form->grantButton(), 1);
+}
+
+CSingleAccountOffer CAuthSettingSingleAccountAuthorizeTabPage::shownOffer() const
+{
+    return {m_shown.key, m_form->granteeBox()->currentText(), m_form->limit(false)};
+}
+
+bool CAuthSettingSingleAccountAuthorizeTabPage::stillHolds(const CSingleAccountOffer& offer) const
+{
+    return isVisible() && key() == offer.accountKey && shownOffer() == offer && m_shown.isTrue();
+}
+
+void CAuthSettingSingleAccountAuthorizeTabPage::grantFromMenu(bool toServer)
+{
+    const std::optional<CSingleAccountOffer> offer = std::exchange(m_offer, std::nullopt);
+    if (offer && !stillHolds(*offer))
+        tellChanged();
+    else if (toServer)
+        onServerAuthTriggered(false);
+    else
+        onFileAuthTriggered(false);
+}
+
+void CAuthSettingSingleAccountAuthorizeTabPage::tellChanged()
+{
+    reloadData();
+    onActive();
+    showChangedTip(m_form->grantButton());
 }
 
 void CAuthSettingSingleAccountAuthorizeTabPage::onServerAuthTriggered(bool)
@@ -242,14 +299,29 @@ void CAuthSettingSingleAccountAuthorizeTabPage::onFileAuthTriggered(bool)
 {
     if (!checkGrantee())
         return;
+    std::optional<CSingleAccountOffer> offer;
+    std::optional<CReloadGate::Hold> hold;
+    if (isUserLooking(this)) {
+        offer = shownOffer();
+        hold.emplace(m_reloads);
+    }
     const QPointer<CAuthSettingSingleAccountAuthorizeTabPage> self = this;
     const QString path = chooseGrantFile(this);
     if (!self || path.isEmpty())
         return;
+    if (offer && !stillHolds(*offer)) {
+        tellChanged();
+        return;
+    }
     m_exportPath = path;
-    askGrantPassword(this,
-                     boost::bind(&CAuthSettingSingleAccountAuthorizeTabPage::authPasswordForFile,
-                                 this, boost::placeholders::_1));
+    askGrantPassword(this, [this, offer, path](const QString& password) {
+        if (offer && !stillHolds(*offer)) {
+            tellChanged();
+            return;
+        }
+        m_exportPath = path;
+        authPasswordForFile(password);
+    });
 }
 
 void CAuthSettingSingleAccountAuthorizeTabPage::authPasswordForFile(QString password)
@@ -268,6 +340,11 @@ void CAuthSettingSingleAccountAuthorizeTabPage::grant(const CAuthLimit& limit, b
         return;
     const QString grantee = m_form->granteeBox()->currentText();
     CAuthLimit sent = limit;
+    const auto request =
+        boost::make_shared<CGrantRequest>(grantee, toServer, m_exportPath, m_exportPassword);
+    wipeSecret(m_exportPassword);
+    request->add(genAccountKeyQs(*granted), *granted, limit);
+    m_requests.begin(request);
     beginRequest();
     client->addAuth(grantee, *granted, sent, requestTag(this), toServer);
     if (CMsgService* messages = getMsgService()) {
@@ -283,41 +360,70 @@ void CAuthSettingSingleAccountAuthorizeTabPage::slotAddAuthResult(
 {
     if (!isRequestOf(this, tag))
         return;
-    finishRequest([this, grantee, account, limit, grantRef, ok, error, toServer] {
+    const CGrantRequests::Pointer request = requestOf(account, grantee, limit, toServer);
+    if (!request)
+        return;
+    request->answer(genAccountKeyQs(account), grantRef);
+    CAuthDetail confirmed;
+    confirmed.grantRef = grantRef;
+    confirmed.grantee = grantee;
+    confirmed.account = account;
+    confirmed.limit = limit;
+    const auto show = [this, request, confirmed, ok, error, toServer] {
+        m_requests.end(request);
         if (ok)
-            finishGrant(grantee, account, limit, grantRef, toServer);
+            finishGrant(request, confirmed, toServer);
         else
             showResultTip(m_form->grantButton(), QStringLiteral("授权失败！原因：") + error,
-                          outcomeKind);
-    });
+                          outcomeKind, request->number());
+    };
+    // The dialog waits for the request that was made last.
+    const CGrantRequests::Pointer present = m_requests.present();
+    if (!present || present == request)
+        m_outcomes.finish(request->number(), show);
+    else
+        show();
 }
 
-void CAuthSettingSingleAccountAuthorizeTabPage::finishGrant(const QString& grantee,
-                                                            const mbservice::CAccountInfo& account,
-                                                            const CAuthLimit& limit,
-                                                            const QString& grantRef, bool toServer)
+CGrantRequests::Pointer
+CAuthSettingSingleAccountAuthorizeTabPage::requestOf(const mbservice::CAccountInfo& account,
+                                                     const QString& grantee,
+                                                     const CAuthLimit& limit, bool toServer) const
 {
-    if (CUserConfig* user = getUserConfig())
-        m_granted->grantor = user->userName;
-    m_granted->grantee = grantee;
-    m_granted->account = account;
-    m_granted->grantRef = grantRef;
-    m_granted->limit = limit;
-    // The service does not echo the owner's secret.
+    const CGrantRequests::Pointer request =
+        m_requests.find(genAccountKeyQs(account), grantee, limit, toServer);
+    if (request || isHosted(this))
+        return request;
+    // Alone, the page takes every result that carries its tag.
+    const CGrantRequests::Pointer present = m_requests.present();
+    return present ? present
+                   : boost::make_shared<CGrantRequest>(grantee, toServer, m_exportPath,
+                                                       m_exportPassword);
+}
+
+void CAuthSettingSingleAccountAuthorizeTabPage::finishGrant(const CGrantRequests::Pointer& request,
+                                                            const CAuthDetail& confirmed,
+                                                            bool toServer)
+{
     CUserConfig* user = getUserConfig();
-    if (const auto own =
-            user ? user->getAccountData(genAccountKeyQs(account)) : boost::shared_ptr<CAccount>())
+    const QString grantor = user ? user->userName : m_granted->grantor;
+    *m_granted = confirmed;
+    m_granted->grantor = grantor;
+    // The service does not echo the owner's secret.
+    if (const auto own = user ? user->getAccountData(genAccountKeyQs(confirmed.account))
+                              : boost::shared_ptr<CAccount>())
         m_granted->account.accountPrivate = own->accountPrivate;
 
     CAuthClient* client = getAuthClient();
-    const bool done = toServer || (client && client->exportAuth(m_exportPath, m_exportPassword,
-                                                                m_granted, false) == 0);
+    const bool done =
+        toServer ||
+        (client && client->exportAuth(request->path(), request->password(), m_granted, false) == 0);
     if (done)
         reloadEverything();
     const QString text = toServer ? QStringLiteral("授权成功")
                          : done   ? QStringLiteral("生成授权文件成功")
                                   : QStringLiteral("生成授权文件失败");
-    showResultTip(m_form->grantButton(), text, outcomeKind);
+    showResultTip(m_form->grantButton(), text, outcomeKind, request->number());
 }
 
 void CAuthSettingSingleAccountAuthorizeTabPage::cancelGrant()
@@ -326,6 +432,7 @@ void CAuthSettingSingleAccountAuthorizeTabPage::cancelGrant()
     boost::shared_ptr<CAuthDetail> grant;
     if (!client || !client->getAuthDetail(key(), grant) || !grant)
         return;
+    m_cancelRequest = newRequestNumber();
     beginRequest();
     client->delAuth(grant->grantee, grant->account, requestTag(this));
 }
@@ -336,12 +443,12 @@ void CAuthSettingSingleAccountAuthorizeTabPage::slotDelAuthResult(QString, mbser
 {
     if (!isRequestOf(this, tag))
         return;
-    finishRequest([this, ok, error] {
+    m_outcomes.finish(m_cancelRequest, [this, ok, error] {
         if (ok)
             reloadEverything();
         else
             showResultTip(m_form->grantButton(), QStringLiteral("取消授权失败。错误信息：") + error,
-                          hintKind);
+                          hintKind, m_cancelRequest);
     });
 }
 
@@ -354,7 +461,7 @@ void CAuthSettingSingleAccountAuthorizeTabPage::reloadEverything()
 void CAuthSettingSingleAccountAuthorizeTabPage::slotCheckAuthuserResult(QString user, bool ok,
                                                                         QString error)
 {
-    if (!m_userCheck.takeAnswer(user) || ok)
+    if (ok)
         return;
     showResultTip(m_form->granteeBox(),
                   QStringLiteral("无法对用户") + user + QStringLiteral("进行授权！错误信息：") +

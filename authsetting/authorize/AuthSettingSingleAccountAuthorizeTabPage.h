@@ -1,16 +1,22 @@
 #pragma once
 
-#include "authsetting/authorize/UserCheck.h"
+#include "authsetting/authorize/GrantRequests.h"
+#include "authsetting/authorize/ShownAccount.h"
+#include "authsetting/authorize/SingleAccountOffer.h"
 #include "authsetting/services/AccountInfo.h"
 #include "authsetting/services/AuthDetail.h"
 #include "authsetting/services/AuthLimit.h"
 #include "authsetting/services/AuthType.h"
 #include "authsetting/shell/AuthSettingTabPage.h"
+#include "authsetting/shell/Outcomes.h"
+#include "authsetting/shell/ReloadGate.h"
 
 #include <QString>
 #include <QVariant>
 
 #include <boost/shared_ptr.hpp>
+
+#include <optional>
 
 namespace GW {
 
@@ -23,7 +29,8 @@ class CSingleAccountForm;
 ///
 /// A reload leaves the grant button disabled; becoming active enables it where there is something
 /// to do: for an own account that is not granted and a range of at least one day, and for a granted
-/// one. GUI thread only.
+/// one. What the user starts goes out only while account and form are as he saw them. GUI thread
+/// only.
 class CAuthSettingSingleAccountAuthorizeTabPage : public IAuthSettingTabPage
 {
     Q_OBJECT
@@ -56,24 +63,41 @@ private:
     boost::shared_ptr<CAccount> account() const;
     mbservice::EAuthType authType() const;
     void connectClient();
+    void fill();
     bool checkGrantee();
     void checkDates();
-    void popUpMenu();
+    void onGrantButton(const void* sender);
+    void popUpMenu(const void* sender);
+    void grantFromMenu(bool toServer);
+    CSingleAccountOffer shownOffer() const;
+    bool stillHolds(const CSingleAccountOffer& offer) const;
+    void tellChanged();
     void authPasswordForFile(QString password);
     void grant(const CAuthLimit& limit, bool toServer);
-    void finishGrant(const QString& grantee, const mbservice::CAccountInfo& account,
-                     const CAuthLimit& limit, const QString& grantRef, bool toServer);
+    /// The request that a result belongs to; null for one that this page did not ask for.
+    CGrantRequests::Pointer requestOf(const mbservice::CAccountInfo& account,
+                                      const QString& grantee, const CAuthLimit& limit,
+                                      bool toServer) const;
+    void finishGrant(const CGrantRequests::Pointer& request, const CAuthDetail& confirmed,
+                     bool toServer);
     void cancelGrant();
     void reloadEverything();
 
     CSingleAccountForm* m_form;
     boost::shared_ptr<CAuthDetail> m_granted;
+    /// Password and file for the grant that is about to be asked for.
     QString m_exportPassword;
     QString m_exportPath;
     CGrantMenu* m_menu;
-    CUserCheck m_userCheck;
-    /// The account that the form shows, so that a condition is not carried over to another one.
-    QString m_shownKey;
+    /// The account that the form shows.
+    CShownAccount m_shown;
+    /// What the user saw when he opened the menu.
+    std::optional<CSingleAccountOffer> m_offer;
+    std::optional<CReloadGate::Hold> m_menuHold;
+    CReloadGate m_reloads;
+    COutcomes m_outcomes;
+    CGrantRequests m_requests;
+    quint64 m_cancelRequest = 0;
     /// The user did not leave an editor that a reload or hiding the page took from him.
     bool m_leavingByProgram = false;
 };

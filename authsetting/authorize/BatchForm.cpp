@@ -13,8 +13,6 @@ namespace GW {
 
 namespace {
 
-constexpr int margin = 8;
-
 int uiSize(const char* key)
 {
     return KZ::CUiResource::getSize(QString::fromLatin1(key));
@@ -30,6 +28,7 @@ CBatchForm::CBatchForm(QWidget* parent)
       m_days(m_startEditor, m_endEditor), m_table(new CBatchAccountsTable(this)),
       m_authorizeButton(newGrantButton(AUTHORIZE_BUTTON_ID, this))
 {
+    const int margin = uiSize("gw_siz_auth_setting_accounts_authorize_margin");
     setMargin(margin, margin, margin, margin);
     setSpacing(uiSize("gw_siz_setting_accounts_item_v_space"));
 

@@ -18,6 +18,10 @@ public:
     /// Opens the menu at the lower left corner of `button`, `gap` pixels below it.
     void popUpBelow(const QWidget* button, int gap);
 
+Q_SIGNALS:
+    /// The menu has closed, and what the user chose in it was handled or runs a dialog by now.
+    void closed();
+
 private:
     QAction* m_file;
     QAction* m_server;

@@ -16,8 +16,6 @@
 
 #include <QTableView>
 
-#include <boost/bind/bind.hpp>
-
 namespace GW {
 
 namespace {
@@ -50,7 +48,8 @@ bool isOverviewState(mbservice::EAuthType type)
 
 CAuthSettingAccountsOverviewTabPage::CAuthSettingAccountsOverviewTabPage(QWidget* parent)
     : IAuthSettingTabPage(ID_FUTURE_AUTHSETTING_PAGE_ACCOUNTS_AUTHORIZE, -1,
-                          ID_FUTURE_AUTHSETTING_TABPAGE_ACCOUNTS_OVERVIEW, parent)
+                          ID_FUTURE_AUTHSETTING_TABPAGE_ACCOUNTS_OVERVIEW, parent),
+      m_reloads(this), m_outcomes(this)
 {
     buildTable();
     if (CAuthClient* client = getAuthClient()) {
@@ -102,6 +101,11 @@ KZ::CColumnWidgetKind CAuthSettingAccountsOverviewTabPage::operationWidgets()
 
 void CAuthSettingAccountsOverviewTabPage::reloadData()
 {
+    m_reloads.run([this] { fill(); });
+}
+
+void CAuthSettingAccountsOverviewTabPage::fill()
+{
     if (m_table)
         m_table->clear();
     m_hints = CExpiryHints();
@@ -130,6 +134,7 @@ void CAuthSettingAccountsOverviewTabPage::addRow(const CAccount& account, const 
         return;
     const int row = m_table->addRowBegin();
     m_rows.append({account.authType, -1});
+    m_table->setRowKey(row, key);
     m_table->setItemText(row, PlatformColumn, texts.platformName(account), true);
     m_table->setItemText(row, BrokerColumn, texts.brokerName(account));
     m_table->setItemText(row, AccountColumn, accountDisplayIDQs(account));
@@ -167,6 +172,8 @@ bool CAuthSettingAccountsOverviewTabPage::handleEvent(int eventId, int param1, i
 void CAuthSettingAccountsOverviewTabPage::cancelGrant(int row)
 {
     m_pendingRow = row;
+    m_pendingKey = m_table ? m_table->rowKey(row) : QString();
+    m_pendingRequest = newRequestNumber();
     CAuthClient* client = getAuthClient();
     const int grant = m_rows.value(row, {mbservice::AUTH_TYPE_UNKNOWN, -1}).grantedAccount;
     if (!m_table || grant < 0 || !client)
@@ -182,10 +189,9 @@ void CAuthSettingAccountsOverviewTabPage::slotDelAuthResult(QString, mbservice::
                                                             QVariant tag, bool success,
                                                             QString error)
 {
-    if (!isRequestOf(this, tag))
-        return;
-    finishRequest(
-        boost::bind(&CAuthSettingAccountsOverviewTabPage::showCancelResult, this, success, error));
+    if (isRequestOf(this, tag))
+        m_outcomes.finish(m_pendingRequest,
+                          [this, success, error] { showCancelResult(success, error); });
 }
 
 void CAuthSettingAccountsOverviewTabPage::showCancelResult(bool success, QString error)
@@ -195,10 +201,22 @@ void CAuthSettingAccountsOverviewTabPage::showCancelResult(bool success, QString
         deliverEvent(EVENT_RELOAD_NAVIGATOR, 0, 0, QString(), nullptr);
         return;
     }
-    if (m_table) {
-        showResultTip(m_table->itemWidget(m_pendingRow, OperationColumn),
-                      QStringLiteral("取消授权失败。错误信息：") + error, 2);
+    if (!m_table)
+        return;
+    // A reload may have moved the account to another row.
+    const int row =
+        m_table->rowKey(m_pendingRow) == m_pendingKey ? m_pendingRow : rowOf(m_pendingKey);
+    showResultTip(m_table->itemWidget(row, OperationColumn),
+                  QStringLiteral("取消授权失败。错误信息：") + error, 2, m_pendingRequest);
+}
+
+int CAuthSettingAccountsOverviewTabPage::rowOf(const QString& key) const
+{
+    for (int row = 0; row < m_table->rowCount(); ++row) {
+        if (m_table->rowKey(row) == key)
+            return row;
     }
+    return -1;
 }
 
 } // namespace GW

@@ -4,6 +4,8 @@
 #include "authsetting/services/AccountInfo.h"
 #include "authsetting/services/AuthType.h"
 #include "authsetting/shell/AuthSettingTabPage.h"
+#include "authsetting/shell/Outcomes.h"
+#include "authsetting/shell/ReloadGate.h"
 
 #include <QVariant>
 #include <QVector>
@@ -40,8 +42,11 @@ public Q_SLOTS:
 private:
     void buildTable();
     KZ::CColumnWidgetKind operationWidgets();
+    void fill();
     void addRow(const CAccount& account, const QString& key, CAccountTextCache& texts);
     void fillGrant(int row, const QString& key, CAccountTextCache& texts);
+    /// The row of an account key; -1 when there is none.
+    int rowOf(const QString& key) const;
     void cancelGrant(int row);
     void showCancelResult(bool success, QString error);
 
@@ -58,7 +63,12 @@ private:
     /// The accounts of the grants as they were when the rows were filled: a cancellation goes by
     /// what the row shows, whatever the client has learned since.
     std::vector<mbservice::CAccountInfo> m_grantedAccounts;
+    /// Row and account of the last cancel request, and its number.
     int m_pendingRow = -1;
+    QString m_pendingKey;
+    quint64 m_pendingRequest = 0;
+    CReloadGate m_reloads;
+    COutcomes m_outcomes;
     CExpiryHints m_hints;
 };
 

@@ -37,7 +37,8 @@ enum Column { Platform, Broker, Account, State, Grantor, FirstDay, LastDay };
 
 CAuthSettingImportAuthorizationTabPage::CAuthSettingImportAuthorizationTabPage(QWidget* parent)
     : IAuthSettingTabPage(ID_FUTURE_AUTHSETTING_PAGE_IMPORT_AUTHORIZATION, -1,
-                          ID_FUTURE_AUTHSETTING_TABPAGE_IMPORT_AUTHORIZATION, parent)
+                          ID_FUTURE_AUTHSETTING_TABPAGE_IMPORT_AUTHORIZATION, parent),
+      m_reloads(this), m_outcomes(this)
 {
     buildLayout();
     if (const CAuthClient* client = getAuthClient()) {
@@ -73,8 +74,12 @@ void CAuthSettingImportAuthorizationTabPage::buildLayout()
 
 void CAuthSettingImportAuthorizationTabPage::reloadData()
 {
-    if (!m_table)
-        return;
+    if (m_table)
+        m_reloads.run([this] { fill(); });
+}
+
+void CAuthSettingImportAuthorizationTabPage::fill()
+{
     m_table->clear();
     const CUserConfig* user = getUserConfig();
     if (!user)
@@ -86,8 +91,11 @@ void CAuthSettingImportAuthorizationTabPage::reloadData()
         if (!account || account->authType != mbservice::AUTH_TYPE_GRANTED_TO_ME)
             continue;
         const QString key = account->key();
-        if (!user->isSubAccount(key) && !user->hasSubAccount(key))
-            fillRow(m_table->appendRow(), *account, hints);
+        if (user->isSubAccount(key) || user->hasSubAccount(key))
+            continue;
+        const int row = m_table->appendRow();
+        m_table->setRowKey(row, key);
+        fillRow(row, *account, hints);
     }
 }
 
@@ -136,13 +144,15 @@ void CAuthSettingImportAuthorizationTabPage::importFile(const QString& path,
     CAuthClient* client = getAuthClient();
     if (!client || password.isEmpty() || path.isEmpty())
         return;
+    m_import = newRequestNumber();
     beginRequest();
     // Opening the file takes the GUI thread a while; the user must see why nothing moves.
     window()->repaint();
     if (client->importAuth(path, password) == 0)
         return;
-    finishRequest([this] { showResult(false, QStringLiteral("授权文件格式错误")); });
-    showResultTip(m_tipAnchor, QStringLiteral("导入失败！授权文件解密出错。"), outcomeKind);
+    m_outcomes.finish(m_import, [this] { showResult(false, QStringLiteral("授权文件格式错误")); });
+    showResultTip(m_tipAnchor, QStringLiteral("导入失败！授权文件解密出错。"), outcomeKind,
+                  m_import);
 }
 
 void CAuthSettingImportAuthorizationTabPage::slotValidAuth(QString qsKey, QString qsPassword,
@@ -152,7 +162,7 @@ void CAuthSettingImportAuthorizationTabPage::slotValidAuth(QString qsKey, QStrin
         if (const boost::shared_ptr<CAccount> account = user->getAccountData(qsKey))
             account->accountPrivate = qsPassword.toLocal8Bit().toStdString();
     }
-    finishRequest([this, bSuccess, qsError] { showResult(bSuccess, qsError); });
+    m_outcomes.finish(m_import, [this, bSuccess, qsError] { showResult(bSuccess, qsError); });
 }
 
 void CAuthSettingImportAuthorizationTabPage::showResult(bool success, const QString& error)
@@ -161,7 +171,7 @@ void CAuthSettingImportAuthorizationTabPage::showResult(bool success, const QStr
         reloadData();
     showResultTip(m_tipAnchor,
                   success ? QStringLiteral("导入成功！") : QStringLiteral("导入失败！") + error,
-                  outcomeKind);
+                  outcomeKind, m_import);
 }
 
 } // namespace GW

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "authsetting/shell/AuthSettingTabPage.h"
+#include "authsetting/shell/Outcomes.h"
+#include "authsetting/shell/ReloadGate.h"
 
 #include <QString>
 
@@ -33,6 +35,7 @@ public Q_SLOTS:
 
 private:
     void buildLayout();
+    void fill();
     void fillRow(int row, const CAccount& account, const CExpiryHints& hints);
     void chooseFile();
     void importFile(const QString& path, const QString& password);
@@ -41,6 +44,10 @@ private:
     /// Never set: every tip of this page is shown where the user looks.
     QWidget* m_tipAnchor = nullptr;
     KZ::COddEvenRowTable* m_table = nullptr;
+    /// Number of the last import.
+    quint64 m_import = 0;
+    CReloadGate m_reloads;
+    COutcomes m_outcomes;
 };
 
 } // namespace GW

@@ -4,5 +4,5 @@ set(shell_SOURCES
     AuthSettingIds.cpp AuthSettingIds.h AuthSettingNavigator.cpp AuthSettingNavigator.h
     AuthSettingPage.cpp AuthSettingPage.h AuthSettingTabPage.cpp AuthSettingTabPage.h
     ClientDate.cpp ClientDate.h NavigatorFiller.cpp NavigatorFiller.h NodeIconRefresher.cpp
-    NodeIconRefresher.h PageFactory.cpp PageFactory.h RequestTag.cpp RequestTag.h ResultTip.cpp
+    NodeIconRefresher.h OnScreen.cpp OnScreen.h Outcomes.cpp Outcomes.h PageFactory.cpp PageFactory.h ReloadGate.cpp ReloadGate.h RequestTag.cpp RequestTag.h ResultTip.cpp
     ResultTip.h TableLayouts.cpp TableLayouts.h)

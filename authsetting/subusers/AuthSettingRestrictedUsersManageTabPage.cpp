@@ -4,6 +4,7 @@
 #include "authsetting/services/Services.h"
 #include "authsetting/shell/AuthSettingEvents.h"
 #include "authsetting/shell/AuthSettingIds.h"
+#include "authsetting/shell/OnScreen.h"
 #include "authsetting/shell/ResultTip.h"
 #include "authsetting/shell/TableLayouts.h"
 #include "kit/events/EventIds.h"
@@ -31,6 +32,11 @@ constexpr int noteKind = 1;
 
 enum Column { Name, Grants, State, Operation };
 
+QString stateText(bool active)
+{
+    return active ? QStringLiteral("已启用") : QStringLiteral("已禁用");
+}
+
 QWidget* newDisableButton(QWidget* parent)
 {
     auto* button = new KZ::CSmallNormalButton(firstRowButton, parent);
@@ -44,7 +50,8 @@ QWidget* newDisableButton(QWidget* parent)
 
 CAuthSettingRestrictedUsersManageTabPage::CAuthSettingRestrictedUsersManageTabPage(QWidget* parent)
     : IAuthSettingTabPage(ID_FUTURE_AUTHSETTING_PAGE_RESTRICTEDUSERS, -1,
-                          ID_FUTURE_AUTHSETTING_TABPAGE_RESTRICTEDUSERS_MANAGE, parent)
+                          ID_FUTURE_AUTHSETTING_TABPAGE_RESTRICTEDUSERS_MANAGE, parent),
+      m_reloads(this), m_outcomes(this)
 {
     buildLayout();
     if (const CAuthClient* client = getAuthClient()) {
@@ -89,15 +96,22 @@ void CAuthSettingRestrictedUsersManageTabPage::bindButton(QWidget* widget, int r
 
 void CAuthSettingRestrictedUsersManageTabPage::reloadData()
 {
-    if (!m_table)
-        return;
+    if (m_table)
+        m_reloads.run([this] { fill(); });
+}
+
+void CAuthSettingRestrictedUsersManageTabPage::fill()
+{
     m_table->clear();
     CAuthClient* client = getAuthClient();
     QVector<QString> subUsers;
     if (!client || !client->getSubUserList(subUsers))
         return;
-    for (const QString& subUser : std::as_const(subUsers))
-        fillRow(m_table->appendRow(), subUser);
+    for (const QString& subUser : std::as_const(subUsers)) {
+        const int row = m_table->appendRow();
+        m_table->setRowKey(row, subUser);
+        fillRow(row, subUser);
+    }
 }
 
 void CAuthSettingRestrictedUsersManageTabPage::fillRow(int row, const QString& subUser)
@@ -105,6 +119,8 @@ void CAuthSettingRestrictedUsersManageTabPage::fillRow(int row, const QString& s
     CAuthClient* client = getAuthClient();
     if (!client || subUser.isEmpty())
         return;
+    // The reads may lead to a reload, which would take the row away.
+    const CReloadGate::Hold hold(m_reloads);
     QMap<QString, boost::shared_ptr<CAuthDetail>> grants;
     client->getAuthorizedFromMeInfo(subUser, grants);
     m_table->setItemText(row, Name, subUser);
@@ -114,7 +130,7 @@ void CAuthSettingRestrictedUsersManageTabPage::fillRow(int row, const QString& s
         m_table->setItemColumnWidget(row, Operation);
     else
         m_table->setItemWidget(row, Operation, static_cast<QWidget*>(nullptr), Qt::AlignCenter);
-    m_table->setItemText(row, State, active ? QStringLiteral("已启用") : QStringLiteral("已禁用"));
+    m_table->setItemText(row, State, stateText(active));
     m_table->setItemTextColorKey(row, State,
                                  active ? "clr_sub_user_enabled" : "clr_sub_user_disabled");
 }
@@ -124,7 +140,7 @@ bool CAuthSettingRestrictedUsersManageTabPage::handleEvent(int eventId, int para
 {
     switch (eventId) {
     case KZ::EVENT_BUTTON_CLICKED:
-        onClicked(param1);
+        onClicked(param1, data);
         return true;
     case KZ::EVENT_ROW_SELECTED:
         return true;
@@ -133,34 +149,51 @@ bool CAuthSettingRestrictedUsersManageTabPage::handleEvent(int eventId, int para
     }
 }
 
-void CAuthSettingRestrictedUsersManageTabPage::onClicked(int id)
+void CAuthSettingRestrictedUsersManageTabPage::onClicked(int id, void* sender)
 {
     if (!m_table || !getAuthClient())
         return;
     if (id >= firstRowButton)
-        toggleRow(id - firstRowButton);
+        toggleRow(id - firstRowButton, sender);
     else if (id == enableAllCommand || id == disableAllCommand)
-        setAll(id == enableAllCommand);
+        setAll(id == enableAllCommand, sender);
 }
 
-void CAuthSettingRestrictedUsersManageTabPage::toggleRow(int row)
+void CAuthSettingRestrictedUsersManageTabPage::toggleRow(int row, void* sender)
 {
     if (row >= m_table->rowCount())
         return;
     CAuthClient* client = getAuthClient();
     const QString subUser = m_table->itemText(row, Name);
+    const QString shownState = m_table->itemText(row, State);
     const bool active = client->isSubUserActive(subUser);
+    if (isUserLooking(this, sender) && shownState != stateText(active)) {
+        reloadData();
+        const int shownRow = rowOf(subUser);
+        QWidget* button = m_table->itemWidget(shownRow, Operation);
+        showChangedTip(button ? button : m_table);
+        return;
+    }
+    m_request = newRequestNumber();
     beginRequest();
     client->setSubUser(subUser, !active);
     m_outstanding = 1;
 }
 
-void CAuthSettingRestrictedUsersManageTabPage::setAll(bool enable)
+void CAuthSettingRestrictedUsersManageTabPage::setAll(bool enable, void* sender)
 {
+    if (m_table->isFilterHiding()) {
+        m_table->clearFilter();
+        showChangedTip(sender ? static_cast<QWidget*>(sender) : m_table);
+        return;
+    }
     CAuthClient* client = getAuthClient();
+    QStringList subUsers;
+    for (int row = 0; row < m_table->rowCount(); ++row)
+        subUsers.append(m_table->itemText(row, Name));
     m_outstanding = 0;
-    for (int row = 0; row < m_table->rowCount(); ++row) {
-        const QString subUser = m_table->itemText(row, Name);
+    m_request = newRequestNumber();
+    for (const QString& subUser : std::as_const(subUsers)) {
         beginRequest();
         client->setSubUser(subUser, enable);
         ++m_outstanding;
@@ -173,7 +206,7 @@ void CAuthSettingRestrictedUsersManageTabPage::slotSetsubuserResult(QString qSub
     --m_outstanding;
     if (m_outstanding != 0)
         return;
-    finishRequest([this, qSubuserId, bReslt] { showResult(qSubuserId, bReslt); });
+    m_outcomes.finish(m_request, [this, qSubuserId, bReslt] { showResult(qSubuserId, bReslt); });
 }
 
 void CAuthSettingRestrictedUsersManageTabPage::showResult(const QString& subUser, bool ok)
@@ -181,7 +214,7 @@ void CAuthSettingRestrictedUsersManageTabPage::showResult(const QString& subUser
     if (ok)
         fillRow(rowOf(subUser), subUser);
     else
-        showResultTip(m_table, QStringLiteral("修改子用户状态失败"), noteKind);
+        showResultTip(m_table, QStringLiteral("修改子用户状态失败"), noteKind, m_request);
     deliverEvent(EVENT_RELOAD_NAVIGATOR, 0, 0, QString(), nullptr);
 }
 

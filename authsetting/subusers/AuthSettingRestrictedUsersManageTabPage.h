@@ -1,6 +1,8 @@
 #pragma once
 
 #include "authsetting/shell/AuthSettingTabPage.h"
+#include "authsetting/shell/Outcomes.h"
+#include "authsetting/shell/ReloadGate.h"
 
 #include <QString>
 
@@ -16,7 +18,8 @@ namespace GW {
 ///
 /// EVENT_BUTTON_CLICKED with the identifier 0 enables all of them, with 1 disables all. Of several
 /// requests that are out at once only the last result to arrive is shown, whatever the others
-/// brought; the other rows are right again after the next reload. GUI thread only.
+/// brought; the other rows are right again after the next reload. Nothing is sent for rows that the
+/// user does not see or whose state is another by now. GUI thread only.
 class CAuthSettingRestrictedUsersManageTabPage : public IAuthSettingTabPage
 {
     Q_OBJECT
@@ -35,10 +38,11 @@ private:
     void buildLayout();
     /// Makes a button of the operation column stand for a row.
     void bindButton(QWidget* widget, int row);
+    void fill();
     void fillRow(int row, const QString& subUser);
-    void onClicked(int id);
-    void toggleRow(int row);
-    void setAll(bool enable);
+    void onClicked(int id, void* sender);
+    void toggleRow(int row, void* sender);
+    void setAll(bool enable, void* sender);
     void showResult(const QString& subUser, bool ok);
     int rowOf(const QString& subUser) const;
 
@@ -46,6 +50,10 @@ private:
     KZ::CWidgetList* m_list = nullptr;
     /// Results still to come; also counts down for those of other pages' requests.
     int m_outstanding = 0;
+    /// Number of the last command.
+    quint64 m_request = 0;
+    CReloadGate m_reloads;
+    COutcomes m_outcomes;
 };
 
 } // namespace GW

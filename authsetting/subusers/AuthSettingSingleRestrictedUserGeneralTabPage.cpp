@@ -10,6 +10,7 @@
 #include "authsetting/services/UserConfig.h"
 #include "authsetting/shell/AuthSettingEvents.h"
 #include "authsetting/shell/AuthSettingIds.h"
+#include "authsetting/shell/OnScreen.h"
 #include "authsetting/shell/RequestTag.h"
 #include "authsetting/shell/ResultTip.h"
 #include "authsetting/subusers/RestrictedUserForm.h"
@@ -43,8 +44,8 @@ CAuthSettingSingleRestrictedUserGeneralTabPage::CAuthSettingSingleRestrictedUser
     : IAuthSettingTabPage(ID_FUTURE_AUTHSETTING_PAGE_RESTRICTEDUSERS,
                           ID_FUTURE_AUTHSETTING_SUBPAGE_SINGLE_RESTRICTEDUSER,
                           ID_FUTURE_AUTHSETTING_TABPAGE_SINGLE_RESTRICTEDUSER_GENERAL, parent),
-      m_refreshGate([this] { refreshRows(); }), m_grantGate([this] { repeatAfterGrant(); }),
-      m_stateGate([this] { reloadEverything(); })
+      m_reloads(this), m_outcomes(this), m_refreshGate([this] { refreshRows(); }),
+      m_grantGate([this] { repeatAfterGrant(); }), m_stateGate([this] { reloadEverything(); })
 {
     buildLayout();
     if (const CAuthClient* client = getAuthClient()) {
@@ -79,8 +80,12 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::buildLayout()
     m_stateButton->raise();
 
     m_menu = new CGrantMenu(this);
-    connect(m_menu->fileAction(), &QAction::triggered, this, &Self::onFileAuthTriggered);
-    connect(m_menu->serverAction(), &QAction::triggered, this, &Self::onServerAuthTriggered);
+    connect(m_menu->fileAction(), &QAction::triggered, this, [this] { grantFromMenu(false); });
+    connect(m_menu->serverAction(), &QAction::triggered, this, [this] { grantFromMenu(true); });
+    connect(m_menu, &CGrantMenu::closed, this, [this] {
+        m_offer.reset();
+        m_menuHold.reset();
+    });
 }
 
 void CAuthSettingSingleRestrictedUserGeneralTabPage::resizeEvent(QResizeEvent* event)
@@ -99,8 +104,18 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::hideEvent(QHideEvent* event
 
 void CAuthSettingSingleRestrictedUserGeneralTabPage::reloadData()
 {
-    if (m_granting)
-        return;
+    const auto fillNow = [this] { fill(); };
+    if (m_shownKey != key())
+        m_reloads.runAnyway(fillNow);
+    else if (!m_granting)
+        m_reloads.run(fillNow);
+}
+
+void CAuthSettingSingleRestrictedUserGeneralTabPage::fill()
+{
+    m_shownKey = key();
+    m_granting = false;
+    m_formRequest.reset();
     m_table->clearAccounts();
     m_pending.clear();
     wipeSecret(m_exportPassword);
@@ -131,6 +146,9 @@ CAuthLimit CAuthSettingSingleRestrictedUserGeneralTabPage::fillRow(int row)
     CAuthClient* client = getAuthClient();
     boost::shared_ptr<CAuthDetail> grant;
     if (client && client->getAuthDetail(accountKey, grant) && grant) {
+        // What somebody else has granted meanwhile is no longer the user's to prepare.
+        if (!m_granting && !m_requests.present())
+            m_pending.remove(accountKey);
         m_table->showGranted(row, *grant);
         return grant->limit;
     }
@@ -145,6 +163,8 @@ CAuthLimit CAuthSettingSingleRestrictedUserGeneralTabPage::fillRow(int row)
 
 void CAuthSettingSingleRestrictedUserGeneralTabPage::refillRow(int row)
 {
+    // The reads may lead to a reload, which would take the row away.
+    const CReloadGate::Hold hold(m_reloads);
     if (m_table->account(row))
         m_form->days().show(fillRow(row));
     showState();
@@ -166,6 +186,7 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::showState()
 {
     CAuthClient* client = getAuthClient();
     const bool enabled = client && client->isSubUserActive(key());
+    m_shownEnabled = enabled;
     m_form->showUser(key(), enabled);
     m_stateButton->setImageKey(enabled ? QStringLiteral("gw_img_auth_subuser_disable")
                                        : QStringLiteral("gw_img_auth_subuser_enable"));
@@ -213,7 +234,7 @@ bool CAuthSettingSingleRestrictedUserGeneralTabPage::handleEvent(int eventId, in
 {
     switch (eventId) {
     case KZ::EVENT_BUTTON_CLICKED:
-        onClicked(param1);
+        onClicked(param1, data);
         return true;
     case KZ::EVENT_ROW_SELECTED:
         refillRow(m_table->selectedRow());
@@ -232,14 +253,14 @@ bool CAuthSettingSingleRestrictedUserGeneralTabPage::handleEvent(int eventId, in
     }
 }
 
-void CAuthSettingSingleRestrictedUserGeneralTabPage::onClicked(int id)
+void CAuthSettingSingleRestrictedUserGeneralTabPage::onClicked(int id, void* sender)
 {
     if (id >= CRestrictedUserTable::firstCancelButtonId)
         cancelRow(id - CRestrictedUserTable::firstCancelButtonId);
     else if (id == stateButtonId)
-        onStateButton();
+        onStateButton(sender);
     else if (id == grantButtonId)
-        m_menu->popUpBelow(m_grantButton, 1);
+        popUpMenu(sender);
 }
 
 void CAuthSettingSingleRestrictedUserGeneralTabPage::onRowToggled(int id)
@@ -250,12 +271,15 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::onRowToggled(int id)
     const boost::shared_ptr<CAccount> account = m_table->account(row);
     if (!account)
         return;
-    if (m_table->isItemChecked(row, CRestrictedUserTable::Select)) {
+    // The tick of a grant that stands says nothing about one to be made.
+    const bool wanted = m_table->isItemChecked(row, CRestrictedUserTable::Select) &&
+                        m_table->isItemCheckEnabled(row, CRestrictedUserTable::Select);
+    if (wanted) {
         const CAuthLimit days = m_form->days().limit();
         if (days.startTime > days.endTime) {
             showResultTip(m_form->endEdit(), QStringLiteral("授权截至日期必须大于起始日期"),
                           noteKind);
-            m_table->setTicked(row, false);
+            dropPending(row);
             return;
         }
         if (m_form->days().count() == 1)
@@ -267,12 +291,32 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::onRowToggled(int id)
     refillRow(row);
 }
 
-void CAuthSettingSingleRestrictedUserGeneralTabPage::onStateButton()
+void CAuthSettingSingleRestrictedUserGeneralTabPage::dropPending(int row)
 {
+    // The days stay as typed, so that the user can put them right.
+    const CReloadGate::Hold hold(m_reloads);
+    m_pending.remove(m_table->key(row));
+    fillRow(row);
+    m_table->setTicked(row, false);
+}
+
+bool CAuthSettingSingleRestrictedUserGeneralTabPage::isShownStateTrue() const
+{
+    CAuthClient* client = getAuthClient();
+    return m_shownKey == key() && client && client->isSubUserActive(key()) == m_shownEnabled;
+}
+
+void CAuthSettingSingleRestrictedUserGeneralTabPage::onStateButton(const void* sender)
+{
+    if (isUserLooking(this, sender) && !isShownStateTrue()) {
+        tellChanged(m_stateButton);
+        return;
+    }
     CAuthClient* client = getAuthClient();
     if (!client || (!client->isSubUserActive(key()) && !sendPassword()))
         return;
     connect(client, &CAuthClient::sigSetSubUserResult, this, &Self::slotSetsubuserResult);
+    m_stateRequest = newRequestNumber();
     beginRequest();
     client->setSubUser(key(), !client->isSubUserActive(key()));
 }
@@ -297,11 +341,12 @@ bool CAuthSettingSingleRestrictedUserGeneralTabPage::sendPassword()
 void CAuthSettingSingleRestrictedUserGeneralTabPage::slotUpdatesubuserResult(QString, QString,
                                                                              bool bresult, QString)
 {
-    finishRequest([this, bresult] {
+    // The state's outcome, asked for together with it, says more and takes its place.
+    m_outcomes.finish(COutcomes::unkept, [this, bresult] {
         showResultTip(m_form->confirmEdit(),
                       bresult ? QStringLiteral("更改子用户密码成功")
                               : QStringLiteral("更改子用户密码失败"),
-                      noteKind);
+                      noteKind, m_stateRequest);
     });
 }
 
@@ -309,7 +354,7 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::slotSetsubuserResult(QStrin
                                                                           bool bReslt,
                                                                           QString qsError)
 {
-    finishRequest([this, bEnabled, bReslt, qsError] {
+    m_outcomes.finish(m_stateRequest, [this, bEnabled, bReslt, qsError] {
         if (bReslt) {
             showStateToolTip(bEnabled);
             m_stateGate.request(runsAtOnce());
@@ -317,7 +362,7 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::slotSetsubuserResult(QStrin
         }
         showResultTip(m_stateButton,
                       QStringLiteral("修改子用户状态失败") + QStringLiteral("失败原因：") + qsError,
-                      noteKind);
+                      noteKind, m_stateRequest);
     });
 }
 
@@ -340,6 +385,7 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::cancelRow(int row)
     connect(client, &CAuthClient::sigDelAuthResult, this, &Self::slotDelAuthResult);
     const QString grantee = m_table->itemText(row, CRestrictedUserTable::Grantee);
     const mbservice::CAccountInfo account = keyToAccountInfo(m_table->key(row));
+    m_cancelRequest = newRequestNumber();
     beginRequest();
     client->delAuth(grantee, account, requestTag(this));
 }
@@ -349,14 +395,14 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::slotDelAuthResult(
 {
     if (!isRequestOf(this, tag))
         return;
-    finishRequest([this, accountKey = genAccountKeyQs(account), ok] {
+    m_outcomes.finish(m_cancelRequest, [this, accountKey = genAccountKeyQs(account), ok] {
         const int row = m_table->rowOf(accountKey);
         refillRow(row);
         reloadNavigator();
         QWidget* button = m_table->cancelButton(row);
         showResultTip(button ? button : m_table,
                       ok ? QStringLiteral("取消授权成功") : QStringLiteral("取消授权失败"),
-                      noteKind);
+                      noteKind, m_cancelRequest);
     });
 }
 

@@ -1,13 +1,18 @@
 #pragma once
 
+#include "authsetting/authorize/GrantRequests.h"
 #include "authsetting/services/AccountInfo.h"
 #include "authsetting/services/AuthLimit.h"
 #include "authsetting/shell/AuthSettingTabPage.h"
+#include "authsetting/shell/Outcomes.h"
+#include "authsetting/shell/ReloadGate.h"
 #include "authsetting/subusers/BurstGate.h"
 #include "authsetting/subusers/PendingGrants.h"
 
 #include <QString>
 #include <QVariant>
+
+#include <optional>
 
 namespace KZ {
 class CMediumNormalButton;
@@ -24,7 +29,9 @@ class CRestrictedUserTable;
 /// him, grants the user's accounts to him on the server or into a file, and cancels such grants.
 ///
 /// Result signals are connected once more by every action that asks for one, so results come more
-/// than once and everything that follows from one is repeated with it. GUI thread only.
+/// than once and everything that follows from one is repeated with it. A request that is out goes
+/// on by its own copy whatever the page shows by then, and what the user starts goes out only while
+/// it is as he saw it. GUI thread only.
 class CAuthSettingSingleRestrictedUserGeneralTabPage : public IAuthSettingTabPage
 {
     Q_OBJECT
@@ -33,7 +40,8 @@ public:
     explicit CAuthSettingSingleRestrictedUserGeneralTabPage(QWidget* parent);
     ~CAuthSettingSingleRestrictedUserGeneralTabPage() override;
 
-    /// Does nothing while a grant is under way, whose pending accounts it would forget.
+    /// Does nothing while a grant to the user shown is under way, whose pending accounts it would
+    /// forget.
     void reloadData() override;
     bool handleEvent(int eventId, int param1, int param2, QString text, void* data) override;
 
@@ -55,6 +63,7 @@ protected:
 
 private:
     void buildLayout();
+    void fill();
 
     CAuthLimit fillRow(int row);
     void refillRow(int row);
@@ -65,38 +74,62 @@ private:
     void refreshRow(int row);
     void markRow(int row, bool granted);
 
-    void onClicked(int id);
+    void onClicked(int id, void* sender);
     void onRowToggled(int id);
-    void onStateButton();
+    void dropPending(int row);
+    void onStateButton(const void* sender);
+    bool isShownStateTrue() const;
     bool sendPassword();
     void reloadEverything();
     void reloadNavigator();
     void cancelRow(int row);
 
+    /// Whether page and user are still those for whom `pending` was shown, and every account of it
+    /// is still ticked and can be granted.
+    bool stillHolds(const CPendingGrants& pending) const;
+    void popUpMenu(const void* sender);
+    void grantFromMenu(bool toServer);
+    void tellChanged(QWidget* control);
     bool checkSelection();
     void beginGrant();
-    void endGrant();
+    void endGrant(const CGrantRequests::Pointer& request);
     void authPasswordForFile(QString password);
     void grantPending(const QString& password, bool toServer);
-    void afterGrant(bool toServer);
+    /// The request that a result belongs to; null for one that this page did not ask for.
+    CGrantRequests::Pointer requestOf(const QString& accountKey, const QString& user,
+                                      const CAuthLimit& limit, bool toServer) const;
+    void afterGrant(const CGrantRequests::Pointer& request, bool toServer);
     void repeatAfterGrant();
-    void exportPending();
+    void exportGrant(const CGrantRequests::Pointer& request);
 
     CRestrictedUserForm* m_form = nullptr;
     KZ::CPushButton* m_stateButton = nullptr;
     KZ::CMediumNormalButton* m_grantButton = nullptr;
     CRestrictedUserTable* m_table = nullptr;
     CGrantMenu* m_menu = nullptr;
-    /// To whom the current grant goes: the page may show another user before its results are in.
-    QString m_grantee;
+    /// The user for whom the form was filled, and his state as it shows it.
+    QString m_shownKey;
+    bool m_shownEnabled = false;
+    /// File and password for the grant that is about to be asked for.
     QString m_exportPath;
     QString m_exportPassword;
     /// A grant is under way: reloads are skipped.
     bool m_granting = false;
     int m_endedGrants = 0;
     CPendingGrants m_pending;
-    /// Whether the latest result belonged to a grant on the server.
+    /// What the user saw when he opened the menu.
+    std::optional<CPendingGrants> m_offer;
+    std::optional<CReloadGate::Hold> m_menuHold;
+    CReloadGate m_reloads;
+    COutcomes m_outcomes;
+    CGrantRequests m_requests;
+    /// The latest request that was made from the form as it is filled now.
+    CGrantRequests::Pointer m_formRequest;
+    /// The request of the latest result, and whether that belonged to a grant on the server.
+    CGrantRequests::Pointer m_lastRequest;
     bool m_lastToServer = false;
+    quint64 m_cancelRequest = 0;
+    quint64 m_stateRequest = 0;
     CBurstGate m_refreshGate;
     CBurstGate m_grantGate;
     CBurstGate m_stateGate;

@@ -1,5 +1,7 @@
 #include "authsetting/subusers/PendingGrants.h"
 
+#include <algorithm>
+
 namespace GW {
 
 void CPendingGrants::set(const QString& key, const CPendingGrant& grant)
@@ -30,6 +32,17 @@ bool CPendingGrants::isAnswered()
         return false;
     m_count = 0;
     return true;
+}
+
+bool CPendingGrants::isSameAs(const CPendingGrants& other) const
+{
+    return m_grants.size() == other.m_grants.size() &&
+           std::all_of(m_grants.keyValueBegin(), m_grants.keyValueEnd(), [&](const auto& entry) {
+               const auto twin = other.m_grants.constFind(entry.first);
+               return twin != other.m_grants.constEnd() &&
+                      twin->limit.startTime == entry.second.limit.startTime &&
+                      twin->limit.endTime == entry.second.limit.endTime;
+           });
 }
 
 void CPendingGrants::clear()

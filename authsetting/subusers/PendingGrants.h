@@ -27,6 +27,9 @@ public:
 
     void clear();
 
+    /// Whether both hold the same accounts with the same days.
+    bool isSameAs(const CPendingGrants& other) const;
+
     bool isEmpty() const { return m_grants.isEmpty(); }
     bool contains(const QString& key) const { return m_grants.contains(key); }
     int count() const { return m_count; }

@@ -2,13 +2,16 @@
 // The page's second source, because every step reads and changes what the page shows, so that a
 // class beside it would only pass each call on and back.
 
+#include "authsetting/authorize/BatchOffer.h"
 #include "authsetting/authorize/GrantFilePrompt.h"
+#include "authsetting/authorize/GrantMenu.h"
 #include "authsetting/authorize/SecretText.h"
 #include "authsetting/services/AccountKey.h"
 #include "authsetting/services/AuthClient.h"
 #include "authsetting/services/MsgService.h"
 #include "authsetting/services/Services.h"
 #include "authsetting/services/UserConfig.h"
+#include "authsetting/shell/OnScreen.h"
 #include "authsetting/shell/RequestTag.h"
 #include "authsetting/shell/ResultTip.h"
 #include "authsetting/subusers/AuthSettingSingleRestrictedUserGeneralTabPage.h"
@@ -17,8 +20,9 @@
 
 #include <QPointer>
 
-#include <boost/bind/bind.hpp>
 #include <boost/make_shared.hpp>
+
+#include <utility>
 
 namespace GW {
 
@@ -29,6 +33,50 @@ constexpr int noteKind = 1;
 using Self = CAuthSettingSingleRestrictedUserGeneralTabPage;
 
 } // namespace
+
+void CAuthSettingSingleRestrictedUserGeneralTabPage::popUpMenu(const void* sender)
+{
+    if (isUserLooking(this, sender)) {
+        m_offer = m_pending;
+        m_menuHold.emplace(m_reloads);
+    }
+    m_menu->popUpBelow(m_grantButton, 1);
+}
+
+void CAuthSettingSingleRestrictedUserGeneralTabPage::grantFromMenu(bool toServer)
+{
+    const std::optional<CPendingGrants> offer = std::exchange(m_offer, std::nullopt);
+    if (offer && !stillHolds(*offer))
+        tellChanged(m_grantButton);
+    else if (toServer)
+        onServerAuthTriggered(false);
+    else
+        onFileAuthTriggered(false);
+}
+
+bool CAuthSettingSingleRestrictedUserGeneralTabPage::stillHolds(const CPendingGrants& pending) const
+{
+    if (!isVisible() || !isShownStateTrue() || !m_pending.isSameAs(pending))
+        return false;
+    CAuthClient* client = getAuthClient();
+    const QStringList keys = pending.grants().keys();
+    for (const QString& accountKey : keys) {
+        const int row = m_table->rowOf(accountKey);
+        boost::shared_ptr<CAuthDetail> grant;
+        if (!m_table->isItemChecked(row, CRestrictedUserTable::Select) ||
+            !m_table->isItemCheckEnabled(row, CRestrictedUserTable::Select) ||
+            client->getAuthDetail(accountKey, grant))
+            return false;
+    }
+    return areGrantable(keys);
+}
+
+void CAuthSettingSingleRestrictedUserGeneralTabPage::tellChanged(QWidget* control)
+{
+    endGrant(nullptr);
+    reloadData();
+    showChangedTip(control);
+}
 
 bool CAuthSettingSingleRestrictedUserGeneralTabPage::checkSelection()
 {
@@ -50,15 +98,31 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::onFileAuthTriggered(bool)
 {
     if (!checkSelection())
         return;
+    std::optional<CPendingGrants> offer;
+    std::optional<CReloadGate::Hold> hold;
+    if (isUserLooking(this)) {
+        offer = m_pending;
+        hold.emplace(m_reloads);
+    }
     const QPointer<Self> self = this;
     const QString path = chooseGrantFile(this);
     if (!self || path.isEmpty())
         return;
+    if (offer && !stillHolds(*offer)) {
+        tellChanged(m_grantButton);
+        return;
+    }
     m_exportPath = path;
     beginGrant();
     const int endedBefore = m_endedGrants;
-    const bool accepted = askGrantPassword(
-        this, boost::bind(&Self::authPasswordForFile, this, boost::placeholders::_1));
+    const bool accepted = askGrantPassword(this, [this, offer, path](const QString& password) {
+        if (offer && !stillHolds(*offer)) {
+            tellChanged(m_grantButton);
+            return;
+        }
+        m_exportPath = path;
+        authPasswordForFile(password);
+    });
     // A grant that has ended inside the dialog's answer must not be taken for one under way.
     if (self)
         m_granting = accepted && m_endedGrants == endedBefore;
@@ -71,8 +135,12 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::beginGrant()
     m_grantGate.reset();
 }
 
-void CAuthSettingSingleRestrictedUserGeneralTabPage::endGrant()
+void CAuthSettingSingleRestrictedUserGeneralTabPage::endGrant(
+    const CGrantRequests::Pointer& request)
 {
+    // The end of a grant made from an earlier form is none of this one's.
+    if (request && request != m_formRequest)
+        return;
     m_granting = false;
     ++m_endedGrants;
 }
@@ -95,21 +163,30 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::grantPending(const QString&
     m_exportPassword = password.trimmed();
     CAuthClient* client = getAuthClient();
     if (m_pending.isEmpty() || !client) {
-        exportPending();
+        wipeSecret(m_exportPassword);
+        endGrant(nullptr);
         return;
     }
-    m_grantee = key();
+    const QString grantee = key();
+    const auto request =
+        boost::make_shared<CGrantRequest>(grantee, toServer, m_exportPath, m_exportPassword);
+    wipeSecret(m_exportPassword);
+    // A copy, because a client may answer before it returns.
+    const QMap<QString, CPendingGrant> grants = m_pending.grants();
+    for (auto grant = grants.constBegin(); grant != grants.constEnd(); ++grant)
+        request->add(grant.key(), grant->account, grant->limit);
+    request->due = static_cast<int>(grants.size());
+    m_requests.begin(request);
+    m_formRequest = request;
     connect(client, &CAuthClient::sigAddAuthResult, this, &Self::slotAddAuthResult);
     beginRequest();
     CMsgService* messages = getMsgService();
-    // A copy, because a client may answer before it returns.
-    const QMap<QString, CPendingGrant> grants = m_pending.grants();
     showProgress(0, grants.size());
     for (auto grant = grants.constBegin(); grant != grants.constEnd(); ++grant) {
         CAuthLimit limit = grant->limit;
-        client->addAuth(m_grantee, grant->account, limit, requestTag(this), toServer);
+        client->addAuth(grantee, grant->account, limit, requestTag(this), toServer);
         if (messages) {
-            messages->showAccountMsg(QStringLiteral("账户") + m_grantee +
+            messages->showAccountMsg(QStringLiteral("账户") + grantee +
                                          QStringLiteral("授权, 撤销所有执行任务"),
                                      grant.key(), MSG_TYPE_AUTH, mbservice::MSG_LEVEL_INFO);
         }
@@ -117,77 +194,121 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::grantPending(const QString&
 }
 
 void CAuthSettingSingleRestrictedUserGeneralTabPage::slotAddAuthResult(
-    QString, mbservice::CAccountInfo account, CAuthLimit, QString text, QVariant tag, bool ok,
-    QString error, bool toServer)
+    QString user, mbservice::CAccountInfo account, CAuthLimit limit, QString text, QVariant tag,
+    bool ok, QString error, bool toServer)
 {
     if (!isRequestOf(this, tag))
         return;
     const QString accountKey = genAccountKeyQs(account);
-    m_pending.answer(accountKey, text);
-    const qsizetype total = m_pending.grants().size();
-    showProgress(total - m_pending.count(), total);
-    refillRow(m_table->rowOf(accountKey));
+    const CGrantRequests::Pointer request = requestOf(accountKey, user, limit, toServer);
+    if (!request)
+        return;
+    if (request->entries().contains(accountKey))
+        --request->due;
+    request->answer(accountKey, ok ? text : QString());
+    const bool isShown = request == m_formRequest || (!m_formRequest && !isHosted(this));
+    if (isShown) {
+        m_pending.answer(accountKey, text);
+        const qsizetype total = request->entries().size();
+        showProgress(total - request->due, total);
+        refillRow(m_table->rowOf(accountKey));
+    } else if (const int row = m_table->rowOf(accountKey); row >= 0) {
+        // The form was filled anew since: days and password stay as the user typed them.
+        const CReloadGate::Hold hold(m_reloads);
+        fillRow(row);
+        refreshRow(row);
+    }
     if (toServer && m_grantButton) {
         showResultTip(m_grantButton,
                       ok ? QStringLiteral("授权成功")
                          : QStringLiteral("授权失败！") + QStringLiteral("原因：") + error,
-                      noteKind);
+                      noteKind, request->number());
     }
-    if (m_pending.isAnswered())
-        finishRequest([this, toServer] { afterGrant(toServer); });
+    if (request->due >= 1)
+        return;
+    request->due = 0;
+    const CGrantRequests::Pointer present = m_requests.present();
+    // The dialog waits for the request that was made last.
+    if (!present || present == request)
+        m_outcomes.finish(request->number(),
+                          [this, request, toServer] { afterGrant(request, toServer); });
+    else
+        afterGrant(request, toServer);
 }
 
-void CAuthSettingSingleRestrictedUserGeneralTabPage::afterGrant(bool toServer)
+CGrantRequests::Pointer CAuthSettingSingleRestrictedUserGeneralTabPage::requestOf(
+    const QString& accountKey, const QString& user, const CAuthLimit& limit, bool toServer) const
 {
+    const CGrantRequests::Pointer request = m_requests.find(accountKey, user, limit, toServer);
+    if (request || isHosted(this))
+        return request;
+    // Alone, the page takes every result that carries its tag.
+    const CGrantRequests::Pointer present = m_requests.present();
+    return present
+               ? present
+               : boost::make_shared<CGrantRequest>(user, toServer, m_exportPath, m_exportPassword);
+}
+
+void CAuthSettingSingleRestrictedUserGeneralTabPage::afterGrant(
+    const CGrantRequests::Pointer& request, bool toServer)
+{
+    m_lastRequest = request;
     m_lastToServer = toServer;
+    if (request->isAnswered())
+        m_requests.end(request);
     if (toServer)
-        endGrant();
+        endGrant(request);
     // Sealing a file takes a noticeable moment each time, whatever the table's size.
     constexpr int filesAtOnce = 8;
     // Of a repetition that is put off nobody has to wait for the end.
-    if (!m_grantGate.request(toServer ? runsAtOnce() : filesAtOnce))
-        endGrant();
+    if (!m_grantGate.request(toServer ? runsAtOnce() : filesAtOnce) && request->isAnswered())
+        endGrant(request);
 }
 
 void CAuthSettingSingleRestrictedUserGeneralTabPage::repeatAfterGrant()
 {
+    const CGrantRequests::Pointer request = m_lastRequest;
     if (m_lastToServer) {
-        reloadData();
+        // A form that was filled anew since keeps what the user has prepared in it.
+        if (request == m_formRequest || (request->grantee() == key() && m_pending.isEmpty()))
+            reloadData();
     } else {
         // Twice on purpose: the second writing with its own tip belongs to the tab's behaviour.
-        exportPending();
-        exportPending();
+        exportGrant(request);
+        exportGrant(request);
     }
     reloadNavigator();
 }
 
-void CAuthSettingSingleRestrictedUserGeneralTabPage::exportPending()
+void CAuthSettingSingleRestrictedUserGeneralTabPage::exportGrant(
+    const CGrantRequests::Pointer& request)
 {
+    // A file holds whole grants: as long as a result is missing nobody knows which these are.
+    if (!request->isAnswered())
+        return;
     CAuthClient* client = getAuthClient();
-    CUserConfig* user = getUserConfig();
-    if (!m_pending.isEmpty() && client && user) {
+    const CUserConfig* user = getUserConfig();
+    if (!request->entries().isEmpty() && client && user) {
         QVector<boost::shared_ptr<CAuthDetail>> grants;
-        const QMap<QString, CPendingGrant>& pending = m_pending.grants();
-        for (auto grant = pending.constBegin(); grant != pending.constEnd(); ++grant) {
-            const boost::shared_ptr<CAccount> account = user->getAccountData(grant.key());
+        for (const CGrantRequest::Entry& entry : request->entries()) {
+            if (entry.reference.isEmpty())
+                continue;
             auto detail = boost::make_shared<CAuthDetail>();
-            detail->grantRef = grant->result;
+            detail->grantRef = entry.reference;
             detail->grantor = user->userName;
-            detail->grantee = m_grantee;
-            detail->account = account ? *account : grant->account;
-            detail->limit = grant->limit;
+            detail->grantee = request->grantee();
+            detail->account = entry.account;
+            detail->limit = entry.limit;
             grants.append(detail);
         }
-        // Copies, because the client may tell of the change, and so reload this page, meanwhile.
-        const QString path = m_exportPath;
-        const QString password = m_exportPassword;
-        const bool written = client->exportAuth(path, password, grants) == 0;
+        const bool written = !grants.isEmpty() &&
+                             client->exportAuth(request->path(), request->password(), grants) == 0;
         showResultTip(m_grantButton,
                       written ? QStringLiteral("生成授权文件成功")
                               : QStringLiteral("生成授权文件失败"),
-                      noteKind);
+                      noteKind, request->number());
     }
-    endGrant();
+    endGrant(request);
 }
 
 } // namespace GW

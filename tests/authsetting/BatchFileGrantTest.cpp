@@ -391,7 +391,7 @@ private Q_SLOTS:
         QCOMPARE(tipTexts(), QStringList(QStringLiteral("授权成功")));
     }
 
-    void aCancelledFileDialogTakesThePathFromAGrantThatIsStillOut()
+    void aCancelledFileDialogLeavesAGrantThatIsStillOutItsPath()
     {
         FileGrant grant;
         StandingClock clock;
@@ -405,7 +405,7 @@ private Q_SLOTS:
         grant.test.services.client.answerAdd(true);
         grant.test.services.client.answerAdd(true);
         QCOMPARE(grant.test.services.client.exports.size(), 1);
-        QCOMPARE(grant.test.services.client.exports[0].path, QString());
+        QCOMPARE(grant.test.services.client.exports[0].path, grant.path);
     }
 
     void thePasswordDialogAsksForItsIconByName()

@@ -313,6 +313,7 @@ private Q_SLOTS:
         QCOMPARE(test.services.messages.messages.size(), 2);
         test.wait();
         test.answer(0);
+        test.answer(1);
         QCOMPARE(test.services.client.exports.first().password, QStringLiteral("file password"));
     }
 
@@ -401,19 +402,47 @@ private Q_SLOTS:
         QCOMPARE(test.services.client.exports.size(), before);
     }
 
-    void aRefusedAccountGoesIntoTheFilesListWithoutAReference()
+    void aRefusedAccountIsLeftOutOfTheFile()
     {
         SubUserFixture test;
         tickBoth(test);
         test.sendFileGrant();
         test.answer(0, true, QStringLiteral("ref-0"));
         test.wait();
-        test.answer(1, false, QString());
-        // Whether such a file can be written is for the client to say.
+        test.answer(1, false, QStringLiteral("ref of a refusal"));
         const auto grants = test.services.client.exports.last().grants;
-        QCOMPARE(grants.size(), 2);
+        QCOMPARE(grants.size(), 1);
         QCOMPARE(grants[0]->grantRef, QStringLiteral("ref-0"));
-        QCOMPARE(grants[1]->grantRef, QString());
+    }
+
+    void whereEveryAccountIsRefusedThereIsNoFile()
+    {
+        SubUserFixture test;
+        test.makePending(0);
+        test.sendFileGrant();
+        test.wait();
+        test.answer(0, false, QString());
+        QVERIFY(test.services.client.exports.isEmpty());
+        const QStringList texts = tipTexts();
+        QCOMPARE(texts.count(QStringLiteral("生成授权文件失败")), 4);
+        QCOMPARE(texts.size(), 4);
+        test.page->reloadData();
+        QVERIFY2(!test.ticked(0), "the grant is over");
+    }
+
+    void aFileWaitsForTheLastAnswer()
+    {
+        SubUserFixture test;
+        tickBoth(test);
+        test.sendFileGrant();
+        test.wait();
+        test.answer(0);
+        QVERIFY(test.services.client.exports.isEmpty());
+        QVERIFY(tipTexts().isEmpty());
+        test.page->reloadData();
+        QVERIFY2(test.ticked(1), "the grant is still under way");
+        test.answer(1);
+        QCOMPARE(test.services.client.exports.last().grants.size(), 2);
     }
 
     void aFileHoldsTheGrantsInKeyOrderWithWhatTheirResultsBrought()
@@ -441,7 +470,7 @@ private Q_SLOTS:
         }
     }
 
-    void aFileHoldsTheAccountsAsTheyAreWhenItIsWritten()
+    void aFileHoldsTheAccountsAsTheyWereAskedFor()
     {
         SubUserFixture test;
         tickBoth(test);
@@ -450,10 +479,10 @@ private Q_SLOTS:
         test.accounts[0]->accountPrivate = "renewed";
         test.services.user.accounts.removeAt(1);
         test.answer(0);
+        test.answer(1);
         const auto grants = test.services.client.exports.last().grants;
         QCOMPARE(grants.size(), 2);
-        QCOMPARE(grants[0]->account.accountPrivate, std::string("renewed"));
-        // Of one that is gone the record that was granted is all there is.
+        QCOMPARE(grants[0]->account.accountPrivate, std::string("secret 0"));
         QVERIFY(mbservice::isSameAccount(grants[1]->account, *test.accounts[1]));
     }
 
@@ -477,6 +506,7 @@ private Q_SLOTS:
         test.wait();
         test.page->setKey(QStringLiteral("somebody else"));
         test.answer(0);
+        test.answer(1);
         QCOMPARE(test.services.client.exports.last().grants.first()->grantee,
                  QStringLiteral("ops"));
     }

@@ -242,12 +242,12 @@ private Q_SLOTS:
         SubUserFixture test;
         test.services.grant(test.accounts[2], QStringLiteral("ops"), testToday(), testToday());
         test.page->reloadData();
-        test.table()->selectRow(2);
-        test.setDays(QDate(2026, 3, 10), QDate(2026, 3, 12));
-        test.deliver(87, 3);
         QCOMPARE(expiryMark(test.table(), 2, 4), QStringLiteral("今天到期"));
         test.services.client.grants.clear();
+        test.table()->selectRow(2);
         test.deliver(41);
+        test.setDays(QDate(2026, 3, 10), QDate(2026, 3, 12));
+        test.tick(2);
         QCOMPARE(test.cell(2, 4), modified);
         QCOMPARE(test.cell(2, 6), QStringLiteral("2026-03-10"));
         QCOMPARE(expiryMark(test.table(), 2, 4), QString());
@@ -406,7 +406,7 @@ private Q_SLOTS:
         QVERIFY(test.top.events.isEmpty());
     }
 
-    void anInvertedRangeOfAPendingRowUnticksItButItStaysPending()
+    void anInvertedRangeOfAPendingRowTakesItBack()
     {
         SubUserFixture test;
         test.makePending(0);
@@ -414,25 +414,45 @@ private Q_SLOTS:
         test.setDays(QDate(2026, 3, 20), QDate(2026, 3, 12));
         test.deliver(87, 3);
         QVERIFY(!test.ticked(0));
+        QCOMPARE(test.cell(0, 4), freeText);
+        QCOMPARE(test.cell(0, 6), QString());
+        QVERIFY2(test.start()->date() == QDate(2026, 3, 20), "what was typed stays to be mended");
         test.deliver(41);
-        QVERIFY2(test.ticked(0), "the next refresh ticks what is pending");
-        QCOMPARE(test.cell(0, 6), QStringLiteral("2026-03-10"));
+        QVERIFY(!test.ticked(0));
+        test.page->onServerAuthTriggered(false);
+        QVERIFY(test.services.client.addAuths.isEmpty());
     }
 
-    void changedDaysReachAnEnabledOrLockedTickAlike()
+    void changedDaysOfALockedTickPrepareNothing()
     {
         SubUserFixture test;
         test.page->reloadData();
         test.table()->selectRow(2);
         test.setDays(QDate(2026, 3, 10), QDate(2026, 3, 12));
         QVERIFY(test.deliver(87, 3));
-        QCOMPARE(test.cell(2, 4), modified);
+        QCOMPARE(test.cell(2, 4), grantedText);
         // The grant that stands is what the row and the editors go on to show.
         QCOMPARE(test.cell(2, 6), QStringLiteral("2026-01-02"));
         QCOMPARE(test.start()->date(), QDate(2026, 1, 2));
+        QVERIFY(test.ticked(2));
         QVERIFY(!test.table()->isItemCheckEnabled(2, 0));
-        test.page->reloadData();
-        QCOMPARE(test.cell(2, 4), grantedText);
+        test.tick(0);
+        test.page->onServerAuthTriggered(false);
+        QCOMPARE(test.services.client.addAuths.size(), 1);
+    }
+
+    void aPendingAccountThatSomebodyElseGrantsIsNoLongerPrepared()
+    {
+        SubUserFixture test;
+        test.makePending(0);
+        test.services.grant(test.accounts[0], QStringLiteral("friend"), testToday(), testToday());
+        test.table()->selectRow(0);
+        test.deliver(41);
+        QCOMPARE(test.cell(0, 4), grantedText);
+        QVERIFY(!test.ticked(0));
+        test.tick(1);
+        test.page->onServerAuthTriggered(false);
+        QCOMPARE(test.services.client.addAuths.size(), 1);
     }
 
     void changedDaysOfAnUntickedRowFallBack()
