@@ -1,6 +1,7 @@
 #include "kit/widgets/Button.h"
 
 #include "kit/events/EventIds.h"
+#include "kit/events/KeyRepeat.h"
 #include "kit/resources/ControlPainter.h"
 #include "kit/resources/KitStyle.h"
 #include "kit/resources/StylePainter.h"
@@ -10,6 +11,8 @@
 #include <QFontMetrics>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QShortcutEvent>
+#include <QSignalBlocker>
 #include <QStyleOptionButton>
 
 #include <algorithm>
@@ -22,6 +25,7 @@ CButton::CButton(int id, int command, QWidget* parent)
     setStyle(kitStyle());
     setAutoDefault(false);
     setDefault(false);
+    CKeyRepeat::watch();
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     connect(this, &QPushButton::clicked, this, [this] {
         deliverEvent(EVENT_BUTTON_CLICKED, m_id, m_command, QString(), static_cast<QWidget*>(this));
@@ -104,7 +108,31 @@ bool CButton::event(QEvent* event)
 {
     if (event->type() == QEvent::LanguageChange || event->type() == QEvent::FontChange)
         updateGeometry();
+    if (event->type() == QEvent::Shortcut) {
+        const auto* const pressed = static_cast<QShortcutEvent*>(event);
+        if (!pressed->isAmbiguous() && pressed->key() == shortcut()) {
+            clickByShortcut();
+            return true;
+        }
+    }
     return CEventWidgetT<QPushButton>::event(event);
+}
+
+void CButton::clickByShortcut()
+{
+    if (CKeyRepeat::isUnderWay() || !isEnabled() || !isVisible())
+        return;
+    if (isCheckable() && focusPolicy() != Qt::NoFocus)
+        setFocus(Qt::ShortcutFocusReason);
+    click();
+}
+
+void CButton::timerEvent(QTimerEvent* event)
+{
+    // Assistive tools press with Qt's own animated click, which asks for nothing when it ends.
+    const bool mayClick = autoRepeat() || (isEnabled() && isVisible());
+    const QSignalBlocker blocker(mayClick ? nullptr : this);
+    CEventWidgetT<QPushButton>::timerEvent(event);
 }
 
 void CButton::keyPressEvent(QKeyEvent* event)

@@ -8,8 +8,9 @@
 namespace KZ {
 
 /// Base of the kit's buttons. A click by mouse, Space or Enter on the focused button delivers
-/// EVENT_BUTTON_CLICKED with param1 = id and param2 = command. A button is never the one that Enter
-/// in an editor presses. New buttons already have the size of their hint.
+/// EVENT_BUTTON_CLICKED with param1 = id and param2 = command. Its shortcut clicks at once, and
+/// once however long the key is held. A button is never the one that Enter in an editor presses.
+/// New buttons already have the size of their hint.
 class KZKIT_EXPORT CButton : public CEventWidgetT<QPushButton>, public CUiResourceChangeHandler
 {
     Q_OBJECT
@@ -37,6 +38,11 @@ public:
     QSize minimumSizeHint() const override;
     void onUiResourceChanged() override;
 
+public Q_SLOTS:
+    /// Clicks at once. Qt's own waits until the button has been seen to go down, and by then it may
+    /// be disabled or another page's.
+    void animateClick() { click(); }
+
 protected:
     /// How the button stands out from others; Primary is the main action of a page.
     enum class Look { Normal, Primary, Flat };
@@ -52,8 +58,10 @@ protected:
     bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
 
 private:
+    void clickByShortcut();
     QString shownIconKey() const;
     QString contentColorKey() const;
 
