@@ -1,6 +1,7 @@
 #include "backend/store/ExchangeDays.h"
 
 #include "utils/ExchangeTimeZone.h"
+#include "utils/FirstMoment.h"
 
 #include <QDateTime>
 
@@ -25,7 +26,7 @@ qint32 ExchangeDays::seconds(const QDate& day)
     if (found != m_seconds.constEnd())
         return *found;
     const qint64 seconds =
-        std::clamp<qint64>(day.startOfDay(m_zone).toSecsSinceEpoch(),
+        std::clamp<qint64>(utils::firstMomentOf(day, QTime(0, 0), m_zone).toSecsSinceEpoch(),
                            std::numeric_limits<qint32>::min(), std::numeric_limits<qint32>::max());
     return m_seconds.insert(day, static_cast<qint32>(seconds)).value();
 }

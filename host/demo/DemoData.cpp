@@ -4,7 +4,6 @@
 #include "host/demo/DemoAccount.h"
 #include "host/demo/DemoGrant.h"
 #include "kit/dates/DateConversions.h"
-#include "utils/ExchangeTimeZone.h"
 
 namespace host {
 
@@ -47,7 +46,7 @@ QString text(const char* utf8)
 
 qint32 dayInSeconds(const QDate& day)
 {
-    return KZ::qDateTimeToSecond(QDateTime(day, QTime(0, 0), utils::exchangeTimeZone()));
+    return KZ::qDateTimeToSecond(KZ::exchangeDayStart(day));
 }
 
 bool addGrant(backend::StoreAdmin& store, const DemoGrant& grant, const QDate& today)

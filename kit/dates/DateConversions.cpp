@@ -1,37 +1,12 @@
 #include "kit/dates/DateConversions.h"
 
 #include "utils/ExchangeTimeZone.h"
+#include "utils/FirstMoment.h"
 
 #include <algorithm>
 #include <limits>
 
 namespace KZ {
-
-namespace {
-
-/// The moment at which clocks in `zone` show `date` and `time`.
-QDateTime momentIn(const QTimeZone& zone, const QDate& date, const QTime& time)
-{
-    QDateTime start = date.startOfDay(zone);
-    if (start.time() >= time && start.date() == date)
-        return start;
-    // Made from the count, because a skipped time is otherwise shown as it was given.
-    QDateTime moment =
-        QDateTime::fromMSecsSinceEpoch(QDateTime(date, time, zone).toMSecsSinceEpoch(), zone);
-    if (moment.date() == date && moment.time() == time) {
-        // Of two moments with the same reading Qt may give either.
-        const QTimeZone::OffsetData change = zone.previousTransition(moment);
-        if (!change.atUtc.isValid())
-            return moment;
-        const int gained = zone.offsetFromUtc(change.atUtc.addSecs(-1)) - change.offsetFromUtc;
-        const QDateTime earlier = moment.addSecs(-gained);
-        return gained > 0 && earlier < change.atUtc ? earlier : moment;
-    }
-    const QTimeZone::OffsetData change = zone.nextTransition(start);
-    return change.atUtc.isValid() ? change.atUtc.toTimeZone(zone) : moment;
-}
-
-} // namespace
 
 int qDateTimeToSecond(const QDateTime& dateTime)
 {
@@ -39,7 +14,8 @@ int qDateTimeToSecond(const QDateTime& dateTime)
         return 0;
     const QTimeZone zone = utils::exchangeTimeZone();
     const bool isExchangeTime = dateTime.timeSpec() == Qt::TimeZone && dateTime.timeZone() == zone;
-    QDateTime moment = isExchangeTime ? dateTime : momentIn(zone, dateTime.date(), dateTime.time());
+    const QDateTime moment =
+        isExchangeTime ? dateTime : utils::firstMomentOf(dateTime.date(), dateTime.time(), zone);
     return static_cast<int>(std::clamp<qint64>(moment.toSecsSinceEpoch(),
                                                std::numeric_limits<int>::min(),
                                                std::numeric_limits<int>::max()));
@@ -52,7 +28,7 @@ QDateTime secondToQDateTime(int second)
 
 QDateTime exchangeDayStart(const QDate& date)
 {
-    return date.startOfDay(utils::exchangeTimeZone());
+    return utils::firstMomentOf(date, QTime(0, 0), utils::exchangeTimeZone());
 }
 
 QDate exchangeToday()

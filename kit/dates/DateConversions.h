@@ -23,7 +23,8 @@ KZKIT_EXPORT int qDateTimeToSecond(const QDateTime& dateTime);
 KZKIT_EXPORT QDateTime secondToQDateTime(int second);
 
 /// The first moment of the day `date` in the exchange time zone, which is 00:00 unless the zone's
-/// clocks skip it; invalid when `date` is. May be called from any thread.
+/// clocks skip it, the earlier 00:00 when they show it twice; invalid when `date` is. May be called
+/// from any thread.
 KZKIT_EXPORT QDateTime exchangeDayStart(const QDate& date);
 
 /// The machine clock's present day in the exchange time zone. May be called from any thread.

@@ -1,5 +1,6 @@
 #include "kit/dates/DateConversions.h"
 #include "tests/support/TestCase.h"
+#include "tests/support/ZoneFile.h"
 #include "utils/ExchangeTimeZone.h"
 
 #include <limits>
@@ -22,6 +23,8 @@ private Q_SLOTS:
     void everySecondSurvivesTheRoundTrip();
     void timesThatClocksSkipBeginAfterTheGap();
     void timesThatClocksShowTwiceAreTheEarlier();
+    void aMidnightThatComesTwiceIsTheEarlier_data();
+    void aMidnightThatComesTwiceIsTheEarlier();
     void limitsAreClampedAndInvalidIsZero();
     void theLastGrantableDateFitsInEveryZone();
     void todayIsTheExchangesDay();
@@ -150,10 +153,33 @@ void KitDatesTest::timesThatClocksShowTwiceAreTheEarlier()
     QCOMPARE(qint64(secondOf(autumn, QTime(1, 30))), utcSecond(autumn, QTime(5, 30)));
     QCOMPARE(qint64(secondOf(autumn, QTime(0, 30))), utcSecond(autumn, QTime(4, 30)));
     QCOMPARE(qint64(secondOf(autumn, QTime(2, 30))), utcSecond(autumn, QTime(7, 30)));
-    // In Havana midnight itself comes twice: back from 01:00 to 00:00 at 05:00 UTC.
-    useZone("America/Havana");
+}
+
+void KitDatesTest::aMidnightThatComesTwiceIsTheEarlier_data()
+{
+    QTest::addColumn<QTimeZone>("zone");
+    // Of the two moments Qt takes the one that is not daylight time by the data.
+    for (const bool summerIsDaylight : {true, false}) {
+        const ZoneFile file({{-18000, !summerIsDaylight, "CST"}, {-14400, summerIsDaylight, "CDT"}},
+                            {{QDateTime(QDate(2026, 3, 8), QTime(5, 0), QTimeZone::utc()), 1},
+                             {QDateTime(QDate(2026, 11, 1), QTime(5, 0), QTimeZone::utc()), 0},
+                             {QDateTime(QDate(2027, 3, 14), QTime(5, 0), QTimeZone::utc()), 1}});
+        QTest::newRow(summerIsDaylight ? "Qt takes the later" : "Qt takes the earlier")
+            << file.zone();
+    }
+    QTest::newRow("data of the machine") << QTimeZone("America/Havana");
+}
+
+void KitDatesTest::aMidnightThatComesTwiceIsTheEarlier()
+{
+    QFETCH(QTimeZone, zone);
+    QVERIFY(utils::setExchangeTimeZone(zone));
+    // Clocks go back from 01:00 to 00:00 at 05:00 UTC.
+    const QDate autumn(2026, 11, 1);
     QCOMPARE(qint64(secondOf(autumn, QTime(0, 0))), utcSecond(autumn, QTime(4, 0)));
     QCOMPARE(qint64(secondOf(autumn, QTime(0, 30))), utcSecond(autumn, QTime(4, 30)));
+    QCOMPARE(exchangeDayStart(autumn).toSecsSinceEpoch(), utcSecond(autumn, QTime(4, 0)));
+    QCOMPARE(exchangeDayStart(autumn).date(), autumn);
 }
 
 void KitDatesTest::limitsAreClampedAndInvalidIsZero()
