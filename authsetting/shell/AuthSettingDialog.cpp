@@ -2,9 +2,11 @@
 
 #include "authsetting/services/AuthClient.h"
 #include "authsetting/services/Services.h"
+#include "authsetting/shell/AuthSettingDialogPrivate.h"
 #include "authsetting/shell/AuthSettingEvents.h"
 #include "authsetting/shell/AuthSettingNavigator.h"
 #include "authsetting/shell/AuthSettingPage.h"
+#include "authsetting/shell/BusyCount.h"
 #include "authsetting/shell/PageFactory.h"
 #include "kit/resources/KitStyle.h"
 #include "kit/resources/UiResource.h"
@@ -14,13 +16,11 @@
 #include "utils/LogCenter.h"
 
 #include <QCloseEvent>
-#include <QLocale>
 #include <QProgressBar>
 #include <QScrollBar>
 #include <QShortcut>
 #include <QSignalBlocker>
 
-#include <algorithm>
 #include <climits>
 
 namespace GW {
@@ -41,9 +41,25 @@ void logDebug(const QString& text)
         mbDbgLogNew(level, text);
 }
 
+void placeFocus(const CAuthSettingPage* page, const QWidget* focused, QWidget* before)
+{
+    // A page that was hidden or disabled leaves the focus to nobody or to the close button, where
+    // the next keystroke would close the dialog.
+    if (!page || (focused && page->isAncestorOf(focused)))
+        return;
+    if (before && page->isAncestorOf(before)) {
+        before->setFocus();
+        return;
+    }
+    const KZ::CStandardTabControl* tabs = page->tabControl();
+    if (QWidget* tab = tabs ? tabs->getTabWidget(tabs->currentTabIndex()) : nullptr)
+        tab->setFocus();
+}
+
 } // namespace
 
-CAuthSettingDialog::CAuthSettingDialog(QWidget* parent) : CCommonDialog(parent)
+CAuthSettingDialog::CAuthSettingDialog(QWidget* parent)
+    : CCommonDialog(parent), m_private(std::make_unique<CAuthSettingDialogPrivate>())
 {
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     setTitle(QStringLiteral("授权设置"));
@@ -59,18 +75,9 @@ CAuthSettingDialog::CAuthSettingDialog(QWidget* parent) : CCommonDialog(parent)
     m_closeButton->setText(QStringLiteral("关闭"));
     m_closeButton->setAccessibleName(m_closeButton->text());
     m_closeButton->setToolTip(QStringLiteral("关闭 (Esc)"));
-    m_closeButton->resize(uiSize("gw_siz_setting_inner_bottom_btn_width"),
-                          uiSize("gw_siz_setting_inner_bottom_btn_height"));
-
-    const int margin = uiSize("gw_siz_setting_margin");
-    const int frame = borderWidth();
-    setFixedSize(uiSize("gw_siz_setting_inner_right_width") + 3 * margin + 2 * frame +
-                     uiSize("gw_siz_setting_inner_left_width"),
-                 titleBarHeight() + 2 * frame + 3 * margin +
-                     uiSize("gw_siz_setting_inner_bottom_height") +
-                     uiSize("gw_siz_setting_inner_top_height"));
 
     createBusyDisplay();
+    takeSizes();
     addShortcuts();
     setAttribute(Qt::WA_DeleteOnClose, false);
 
@@ -88,18 +95,33 @@ void CAuthSettingDialog::createBusyDisplay()
     m_progressText->setObjectName(QStringLiteral("halden_progress_text"));
     m_progressText->hide();
 
-    m_progressCount = new KZ::CSimpleTextWidget(QString(), this);
-    m_progressCount->setObjectName(QStringLiteral("halden_progress_count"));
-    m_progressCount->hide();
-
     m_progressBar = new QProgressBar(this);
     m_progressBar->setObjectName(QStringLiteral("halden_progress_bar"));
     m_progressText->setAccessibleTarget(m_progressBar);
     KZ::applyKitStyle(m_progressBar);
-    m_progressBar->resize(uiSize("gw_siz_setting_inner_bottom_progress_width"),
-                          uiSize("gw_siz_setting_inner_bottom_progress_height"));
     m_progressBar->setRange(0, 0);
     m_progressBar->hide();
+
+    m_private->busyCount = new CBusyCount(m_progressText, m_progressBar, this);
+}
+
+void CAuthSettingDialog::takeSizes()
+{
+    if (m_closeButton) {
+        m_closeButton->resize(uiSize("gw_siz_setting_inner_bottom_btn_width"),
+                              uiSize("gw_siz_setting_inner_bottom_btn_height"));
+    }
+    if (m_progressBar) {
+        m_progressBar->resize(uiSize("gw_siz_setting_inner_bottom_progress_width"),
+                              uiSize("gw_siz_setting_inner_bottom_progress_height"));
+    }
+    const int margin = uiSize("gw_siz_setting_margin");
+    const int frame = borderWidth();
+    setFixedSize(uiSize("gw_siz_setting_inner_right_width") + 3 * margin + 2 * frame +
+                     uiSize("gw_siz_setting_inner_left_width"),
+                 titleBarHeight() + 2 * frame + 3 * margin +
+                     uiSize("gw_siz_setting_inner_bottom_height") +
+                     uiSize("gw_siz_setting_inner_top_height"));
 }
 
 void CAuthSettingDialog::addShortcuts()
@@ -107,7 +129,7 @@ void CAuthSettingDialog::addShortcuts()
     // The tree takes no focus, so the keyboard reaches its nodes only this way.
     const auto whenIdle = [this](auto action) {
         return [this, action] {
-            if (!m_busy)
+            if (!m_private->busy)
                 action();
         };
     };
@@ -123,26 +145,33 @@ void CAuthSettingDialog::showSettingPage(int pageId)
     if (!s_instance)
         return;
     logDebug(QStringLiteral("start show setting page, load"));
+    s_instance->takeSizes();
     s_instance->load();
     logDebug(QStringLiteral("load finished"));
     s_instance->showPage(pageId, INT_MAX, QString(), 0);
     s_instance->activeNode(pageId);
-    s_instance->exec();
+    s_instance->open();
 }
 
 void CAuthSettingDialog::showSettingPage(int pageId, int subPageId, QString key, int tabIndex)
 {
     if (!s_instance)
         return;
+    s_instance->takeSizes();
     s_instance->load();
     s_instance->showPage(pageId, subPageId, key, tabIndex);
     s_instance->activateCurrentNode();
-    s_instance->exec();
+    s_instance->open();
+}
+
+void CAuthSettingDialog::open()
+{
+    exec();
 }
 
 void CAuthSettingDialog::setNavigatorFiller(boost::function<void(CAuthSettingNavigator*)> filler)
 {
-    m_navigatorFiller = filler;
+    m_private->navigatorFiller = filler;
 }
 
 void CAuthSettingDialog::load()
@@ -153,8 +182,8 @@ void CAuthSettingDialog::load()
     const QSignalBlocker blocker(m_navigator);
     const int scrolled = m_navigator->verticalScrollBar()->value();
     m_navigator->clearNodes();
-    if (m_navigatorFiller)
-        m_navigatorFiller(m_navigator);
+    if (m_private->navigatorFiller)
+        m_private->navigatorFiller(m_navigator);
     m_navigator->expandAll();
     activateCurrentNode();
     m_navigator->doItemsLayout();
@@ -199,11 +228,11 @@ void CAuthSettingDialog::showPage(int pageId, int subPageId, QString key, int ta
         m_currentPage = page;
         page->setKey(key);
         // It may have been left disabled when the dialog was closed while busy.
-        page->setEnabled(!m_busy);
+        page->setEnabled(!m_private->busy);
         if (page->tabControl())
             page->tabControl()->activateTab(tabIndex);
         page->show();
-        restoreFocus();
+        placeFocus(m_currentPage, focusWidget(), m_private->focusBeforeBusy);
     }
     resetLayout(size());
 }
@@ -263,39 +292,16 @@ void CAuthSettingDialog::resetLayout(QSize size)
         m_progressText->move(margin, barTop + free / 2);
         m_progressBar->setGeometry(margin, barTop + free / 2 + m_progressText->height() + gap,
                                    m_progressBar->width(), m_progressBar->height());
-        placeProgressCount();
+        m_private->busyCount->place();
     }
-}
-
-void CAuthSettingDialog::placeProgressCount()
-{
-    // At the bar's right end, or behind a text that reaches so far.
-    const int gap = uiSize("gw_siz_kit_list_space");
-    const int right = m_progressBar->geometry().right() + 1 - m_progressCount->width();
-    m_progressCount->move(std::max(right, m_progressText->geometry().right() + 1 + gap),
-                          m_progressText->y());
-}
-
-void CAuthSettingDialog::showProgress(int answered, int total)
-{
-    // The dialog may have been closed and opened again meanwhile.
-    if (!m_busy)
-        return;
-    const QLocale locale(QLocale::Chinese, QLocale::China);
-    m_progressCount->setText(locale.toString(answered) + QStringLiteral(" / ") +
-                             locale.toString(total));
-    m_progressBar->setAccessibleDescription(m_progressCount->text());
-    placeProgressCount();
-    m_progressCount->show();
 }
 
 void CAuthSettingDialog::setDialogEnabled(bool enabled)
 {
-    if (!enabled && !m_busy)
-        m_focusBeforeBusy = focusWidget();
-    m_busy = !enabled;
-    m_progressCount->hide();
-    m_progressBar->setAccessibleDescription(QString());
+    if (!enabled && !m_private->busy)
+        m_private->focusBeforeBusy = focusWidget();
+    m_private->busy = !enabled;
+    m_private->busyCount->clear();
     if (m_progressText)
         m_progressText->setVisible(!enabled);
     if (m_progressBar)
@@ -305,23 +311,7 @@ void CAuthSettingDialog::setDialogEnabled(bool enabled)
     if (m_currentPage)
         m_currentPage->setEnabled(enabled);
     if (enabled && !focusWidget())
-        restoreFocus();
-}
-
-void CAuthSettingDialog::restoreFocus()
-{
-    // A page that was hidden or disabled leaves the focus to nobody or to the close button, where
-    // the next keystroke would close the dialog.
-    const QWidget* focused = focusWidget();
-    if (!m_currentPage || (focused && m_currentPage->isAncestorOf(focused)))
-        return;
-    if (m_focusBeforeBusy && m_currentPage->isAncestorOf(m_focusBeforeBusy)) {
-        m_focusBeforeBusy->setFocus();
-        return;
-    }
-    KZ::CStandardTabControl* tabs = m_currentPage->tabControl();
-    if (QWidget* tab = tabs ? tabs->getTabWidget(tabs->currentTabIndex()) : nullptr)
-        tab->setFocus();
+        placeFocus(m_currentPage, focusWidget(), m_private->focusBeforeBusy);
 }
 
 void CAuthSettingDialog::slotUiUpdateAuth()
@@ -365,7 +355,9 @@ bool CAuthSettingDialog::handleEvent(int eventId, int param1, int param2, QStrin
         setDialogEnabled(param2 == 0);
         return true;
     case EVENT_SHOW_PROGRESS:
-        showProgress(param1, param2);
+        // The dialog may have been closed and opened again meanwhile.
+        if (m_private->busy)
+            m_private->busyCount->showCount(param1, param2);
         return true;
     case EVENT_SHOW_PAGE:
         showPage(param1, param2, text, 0);

@@ -3,12 +3,12 @@
 #include "authsetting/AuthSettingExport.h"
 #include "kit/dialogs/CommonDialog.h"
 
-#include <QPointer>
 #include <QString>
 
 #include <boost/function.hpp>
 
 #include <map>
+#include <memory>
 #include <utility>
 
 class QProgressBar;
@@ -22,6 +22,7 @@ namespace GW {
 
 class CAuthSettingNavigator;
 class CAuthSettingPage;
+struct CAuthSettingDialogPrivate;
 
 /// The authorization settings dialog "授权设置".
 ///
@@ -88,12 +89,13 @@ protected Q_SLOTS:
     void slotUiUpdateAuth();
 
 private:
+    /// Runs the dialog's event loop until the user closes it; returns at once while it is open.
+    void open();
     void addShortcuts();
     void createBusyDisplay();
+    /// Takes the sizes of the dialog, its button and its bar from the registry anew.
+    void takeSizes();
     void activateCurrentNode();
-    void restoreFocus();
-    void showProgress(int answered, int total);
-    void placeProgressCount();
 
     std::map<std::pair<int, int>, CAuthSettingPage*> m_pages;
     CAuthSettingNavigator* m_navigator = nullptr;
@@ -103,12 +105,8 @@ private:
     int m_currentSubPageId = -1;
     QString m_currentKey;
     KZ::CSimpleTextWidget* m_progressText = nullptr;
-    /// How much of a large batch is answered, beside the text.
-    KZ::CSimpleTextWidget* m_progressCount = nullptr;
     QProgressBar* m_progressBar = nullptr;
-    bool m_busy = false;
-    QPointer<QWidget> m_focusBeforeBusy;
-    boost::function<void(CAuthSettingNavigator*)> m_navigatorFiller;
+    std::unique_ptr<CAuthSettingDialogPrivate> m_private;
 };
 
 } // namespace GW

@@ -1,6 +1,7 @@
 set(shell_SOURCES
     AccountTextCache.cpp AccountTextCache.h AccountTexts.cpp AccountTexts.h AuthNavigateNode.cpp
-    AuthNavigateNode.h AuthSettingDialog.cpp AuthSettingDialog.h AuthSettingEvents.h
+    AuthNavigateNode.h AuthSettingDialog.cpp AuthSettingDialog.h AuthSettingDialogPrivate.h
+    AuthSettingEvents.h BusyCount.cpp BusyCount.h
     AuthSettingIds.cpp AuthSettingIds.h AuthSettingNavigator.cpp AuthSettingNavigator.h
     AuthSettingPage.cpp AuthSettingPage.h AuthSettingTabPage.cpp AuthSettingTabPage.h
     ClientDate.cpp ClientDate.h NavigatorFiller.cpp NavigatorFiller.h NodeIconRefresher.cpp
