@@ -7,6 +7,7 @@
 #include "authsetting/shell/AuthSettingNavigator.h"
 #include "authsetting/shell/AuthSettingPage.h"
 #include "authsetting/shell/BusyCount.h"
+#include "authsetting/shell/FocusKeeper.h"
 #include "authsetting/shell/PageFactory.h"
 #include "kit/resources/KitStyle.h"
 #include "kit/resources/UiResource.h"
@@ -16,6 +17,7 @@
 #include "utils/LogCenter.h"
 
 #include <QCloseEvent>
+#include <QPointer>
 #include <QProgressBar>
 #include <QScrollBar>
 #include <QShortcut>
@@ -41,21 +43,6 @@ void logDebug(const QString& text)
         mbDbgLogNew(level, text);
 }
 
-void placeFocus(const CAuthSettingPage* page, const QWidget* focused, QWidget* before)
-{
-    // A page that was hidden or disabled leaves the focus to nobody or to the close button, where
-    // the next keystroke would close the dialog.
-    if (!page || (focused && page->isAncestorOf(focused)))
-        return;
-    if (before && page->isAncestorOf(before)) {
-        before->setFocus();
-        return;
-    }
-    const KZ::CStandardTabControl* tabs = page->tabControl();
-    if (QWidget* tab = tabs ? tabs->getTabWidget(tabs->currentTabIndex()) : nullptr)
-        tab->setFocus();
-}
-
 } // namespace
 
 CAuthSettingDialog::CAuthSettingDialog(QWidget* parent)
@@ -76,6 +63,7 @@ CAuthSettingDialog::CAuthSettingDialog(QWidget* parent)
     m_closeButton->setAccessibleName(m_closeButton->text());
     m_closeButton->setToolTip(QStringLiteral("关闭 (Esc)"));
 
+    m_private->focusKeeper = new CFocusKeeper(this, m_closeButton);
     createBusyDisplay();
     takeSizes();
     addShortcuts();
@@ -166,7 +154,20 @@ void CAuthSettingDialog::showSettingPage(int pageId, int subPageId, QString key,
 
 void CAuthSettingDialog::open()
 {
-    exec();
+    if (isVisible())
+        return;
+    // A loop of its own would be a second one inside that of the dialog just closed.
+    m_private->reopening = m_private->executing;
+    if (m_private->executing)
+        return;
+    const QPointer<CAuthSettingDialog> self(this);
+    m_private->executing = true;
+    do {
+        m_private->reopening = false;
+        exec();
+    } while (self && m_private->reopening);
+    if (self)
+        m_private->executing = false;
 }
 
 void CAuthSettingDialog::setNavigatorFiller(boost::function<void(CAuthSettingNavigator*)> filler)
@@ -229,10 +230,11 @@ void CAuthSettingDialog::showPage(int pageId, int subPageId, QString key, int ta
         page->setKey(key);
         // It may have been left disabled when the dialog was closed while busy.
         page->setEnabled(!m_private->busy);
-        if (page->tabControl())
-            page->tabControl()->activateTab(tabIndex);
+        // A page that lacks the tab must not go on showing what it showed for another key.
+        if (page->tabControl() && !page->tabControl()->activateTab(tabIndex))
+            page->tabControl()->activateTab(0);
         page->show();
-        placeFocus(m_currentPage, focusWidget(), m_private->focusBeforeBusy);
+        m_private->focusKeeper->setPage(page);
     }
     resetLayout(size());
 }
@@ -298,8 +300,7 @@ void CAuthSettingDialog::resetLayout(QSize size)
 
 void CAuthSettingDialog::setDialogEnabled(bool enabled)
 {
-    if (!enabled && !m_private->busy)
-        m_private->focusBeforeBusy = focusWidget();
+    m_private->focusKeeper->remember();
     m_private->busy = !enabled;
     m_private->busyCount->clear();
     if (m_progressText)
@@ -310,8 +311,7 @@ void CAuthSettingDialog::setDialogEnabled(bool enabled)
         m_navigator->setEnabled(enabled);
     if (m_currentPage)
         m_currentPage->setEnabled(enabled);
-    if (enabled && !focusWidget())
-        placeFocus(m_currentPage, focusWidget(), m_private->focusBeforeBusy);
+    m_private->focusKeeper->check();
 }
 
 void CAuthSettingDialog::slotUiUpdateAuth()
@@ -370,6 +370,10 @@ bool CAuthSettingDialog::handleEvent(int eventId, int param1, int param2, QStrin
         return true;
     case EVENT_RELOAD_NAVIGATOR:
         reloadNavigator();
+        m_private->focusKeeper->check();
+        return true;
+    case EVENT_TAB_SHOWN:
+        m_private->focusKeeper->check();
         return true;
     default:
         return KZ::CBaseDialog::handleEvent(eventId, param1, param2, text, data);

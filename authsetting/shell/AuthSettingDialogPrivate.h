@@ -1,14 +1,12 @@
 #pragma once
 
-#include <QPointer>
-#include <QWidget>
-
 #include <boost/function.hpp>
 
 namespace GW {
 
 class CAuthSettingNavigator;
 class CBusyCount;
+class CFocusKeeper;
 
 /// What the dialog keeps beside the members of its installed header, so that more of it changes no
 /// host's build. The widgets belong to the dialog.
@@ -17,7 +15,11 @@ struct CAuthSettingDialogPrivate
     boost::function<void(CAuthSettingNavigator*)> navigatorFiller;
     CBusyCount* busyCount = nullptr;
     bool busy = false;
-    QPointer<QWidget> focusBeforeBusy;
+    CFocusKeeper* focusKeeper = nullptr;
+    /// Whether showSettingPage() is inside the dialog's own event loop.
+    bool executing = false;
+    /// Whether it was asked for again after closing, before that loop has ended.
+    bool reopening = false;
 };
 
 } // namespace GW

@@ -19,6 +19,8 @@ enum AuthSettingEvent : int {
     EVENT_CANCEL_AUTH = 1103,
     /// Of the requests that a tab page waits for, param1 of param2 are answered.
     EVENT_SHOW_PROGRESS = 1104,
+    /// The tab in front was activated and has been filled.
+    EVENT_TAB_SHOWN = 1105,
 };
 
 } // namespace GW

@@ -2,6 +2,7 @@
 
 #include "authsetting/shell/AuthSettingEvents.h"
 #include "authsetting/shell/AuthSettingTabPage.h"
+#include "authsetting/shell/TabOrder.h"
 #include "kit/events/EventIds.h"
 #include "kit/resources/UiResource.h"
 #include "kit/widgets/SmallNormalButton.h"
@@ -78,11 +79,9 @@ bool CAuthSettingPage::handleEvent(int eventId, int param1, int param2, QString 
         if (IAuthSettingTabPage* tab = tabPageAt(param2)) {
             // Some tab pages are born disabled and wait for their first activation.
             tab->setEnabled(true);
-            // A disabled one could not take the focus over from the tab before it.
-            if (!window()->focusWidget())
-                tab->setFocus();
             tab->reloadData();
             tab->onActive();
+            deliverEvent(EVENT_TAB_SHOWN, 0, param2, QString(), nullptr);
         }
         return true;
     case EVENT_SET_PAGE_KEY:
@@ -102,6 +101,19 @@ bool CAuthSettingPage::handleEvent(int eventId, int param1, int param2, QString 
         break;
     }
     return CBaseWidget::handleEvent(eventId, param1, param2, text, data);
+}
+
+bool CAuthSettingPage::focusNextPrevChild(bool next)
+{
+    const QWidget* focused = window()->focusWidget();
+    // Qt looks for a successor of what is being hidden or disabled; nobody has chosen the one that
+    // it would find.
+    if (focused && isAncestorOf(focused) &&
+        !(focused->isVisibleTo(window()) && focused->isEnabled())) {
+        window()->setFocus(Qt::OtherFocusReason);
+        return true;
+    }
+    return CTabOrder::step(window(), next);
 }
 
 IAuthSettingTabPage* CAuthSettingPage::tabPageAt(int index) const

@@ -47,6 +47,10 @@ public:
 
     bool handleEvent(int eventId, int param1, int param2, QString text, void* data) override;
 
+protected:
+    /// Tab walks in reading order; what is hidden or disabled leaves the focus to the window.
+    bool focusNextPrevChild(bool next) override;
+
 private:
     IAuthSettingTabPage* tabPageAt(int index) const;
     IAuthSettingTabPage* currentTabPage() const;

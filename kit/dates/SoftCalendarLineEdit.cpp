@@ -196,6 +196,11 @@ void CSoftCalendarLineEdit::onDateChanged()
                  static_cast<QWidget*>(this));
 }
 
+bool CSoftCalendarLineEdit::focusNextPrevChild(bool next)
+{
+    return QWidget::focusNextPrevChild(next);
+}
+
 bool CSoftCalendarLineEdit::event(QEvent* event)
 {
     if (event->type() == QEvent::ShortcutOverride &&

@@ -63,6 +63,8 @@ public:
 protected:
     QValidator::State validate(QString& input, int& position) const override;
     StepEnabled stepEnabled() const override;
+    /// Year, month and day are no stops of their own.
+    bool focusNextPrevChild(bool next) override;
     bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;

@@ -24,7 +24,7 @@ CStandardTabControl::CStandardTabControl(QWidget* parent)
     m_tabBar->setDrawBase(false);
     m_tabBar->setExpanding(false);
     m_tabBar->setElideMode(Qt::ElideRight);
-    m_tabBar->setFocusPolicy(Qt::TabFocus);
+    m_tabBar->setFocusPolicy(Qt::NoFocus);
     m_tabBar->setAccessibleName(QStringLiteral("标签页"));
     m_tabBar->installEventFilter(this);
     connect(m_tabBar, &QTabBar::currentChanged, this, [this](int index) {
@@ -43,6 +43,8 @@ int CStandardTabControl::addTabWidget(const QString& title, QWidget* widget)
     const int index = m_tabBar->addTab(title);
     m_stack->insertWidget(index, widget);
     m_switching = false;
+    // Without a tab there would be nothing to see where the focus is.
+    m_tabBar->setFocusPolicy(Qt::TabFocus);
     m_tabBar->setTabToolTip(index, title + QStringLiteral(" (Ctrl+Tab)"));
     if (widget->accessibleName().isEmpty())
         widget->setAccessibleName(title);

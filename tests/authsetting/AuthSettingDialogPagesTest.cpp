@@ -3,6 +3,7 @@
 #include "tests/authsetting/ModalDriver.h"
 #include "tests/support/TipTestCase.h"
 
+#include <QLineEdit>
 #include <QPointer>
 #include <QWindow>
 
@@ -139,12 +140,23 @@ private Q_SLOTS:
             // A button's shortcut presses it for a moment before it clicks.
             QTRY_COMPARE(user.titles, QStringList(QStringLiteral("导入授权")));
         }
+        const auto nothingIsAsked = [&test] {
+            QTest::keyClick(test.dialog.windowHandle(), Qt::Key_O, Qt::ControlModifier);
+            QCoreApplication::processEvents();
+            QVERIFY(!QApplication::activePopupWidget());
+            QCOMPARE(QApplication::activeModalWidget(), nullptr);
+            QVERIFY(test.services.client.imports.isEmpty());
+        };
+        auto* button = test.dialog.shownPage()->findChild<QPushButton*>(
+            QStringLiteral("halden_corner_button_0"));
+        button->setEnabled(false);
+        nothingIsAsked();
+        button->setEnabled(true);
+        test.dialog.setDialogEnabled(false);
+        nothingIsAsked();
+        test.dialog.setDialogEnabled(true);
         test.dialog.showPage(201);
-        QTest::keyClick(test.dialog.windowHandle(), Qt::Key_O, Qt::ControlModifier);
-        QTest::qWait(200);
-        QVERIFY(!QApplication::activePopupWidget());
-        QCOMPARE(QApplication::activeModalWidget(), nullptr);
-        QVERIFY(test.services.client.imports.isEmpty());
+        nothingIsAsked();
     }
 
     void theSubUsersPageHasItsTwoCommandsBesideTheTabs()
@@ -198,6 +210,31 @@ private Q_SLOTS:
         test.dialog.showPage(202);
         test.dialog.showPage(201, INT_MAX, QString(), 1);
         QCOMPARE(test.dialog.shownPage()->tabControl()->currentTabIndex(), 1);
+    }
+
+    void aTabThatThePageLacksMeansItsFirst()
+    {
+        DialogUnderTest test;
+        test.services.client.subUsers = {QStringLiteral("s1"), QStringLiteral("s2")};
+        const auto shownUser = [&test] {
+            QStringList texts;
+            const QList<QLineEdit*> editors = test.currentTab()->findChildren<QLineEdit*>();
+            for (const QLineEdit* editor : editors)
+                texts.append(editor->text());
+            return texts;
+        };
+        test.dialog.showPage(203, 20401, QStringLiteral("s1"), 0);
+        QVERIFY(shownUser().contains(QStringLiteral("s1")));
+        for (const int lacking : {1, -1, INT_MAX}) {
+            test.dialog.showPage(203, 20401, QStringLiteral("s1"), 0);
+            test.dialog.showPage(203, 20401, QStringLiteral("s2"), lacking);
+            QVERIFY(shownUser().contains(QStringLiteral("s2")));
+            QVERIFY(!shownUser().contains(QStringLiteral("s1")));
+        }
+        test.dialog.showPage(201, INT_MAX, QString(), 1);
+        test.dialog.showPage(202);
+        test.dialog.showPage(201, INT_MAX, QString(), 2);
+        QCOMPARE(test.dialog.shownPage()->tabControl()->currentTabIndex(), 0);
     }
 
     void hidingThePagesShowsTheEmptyOne()

@@ -260,7 +260,7 @@ private Q_SLOTS:
         test.dialog.showPage(201, INT_MAX, QString(), 1);
         test.dialog.show();
         QVERIFY(QTest::qWaitForWindowActive(&test.dialog));
-        QCOMPARE(test.dialog.focusWidget(), test.currentTab());
+        QVERIFY(test.currentTab()->isAncestorOf(test.dialog.focusWidget()));
         auto* editor = test.dialog.findChild<QWidget*>(QStringLiteral("halden_batch_start"));
         editor->setFocus();
         test.dialog.setDialogEnabled(false);
@@ -269,7 +269,7 @@ private Q_SLOTS:
         QVERIFY(editor->hasFocus());
         // A page that is left takes the focus with it: not to the close button.
         test.dialog.showPage(202);
-        QCOMPARE(test.dialog.focusWidget(), test.currentTab());
+        QVERIFY(test.currentTab()->isAncestorOf(test.dialog.focusWidget()));
         test.closeButton()->setFocus();
         test.dialog.setDialogEnabled(false);
         QVERIFY(test.closeButton()->hasFocus());
@@ -283,11 +283,53 @@ private Q_SLOTS:
         test.dialog.showPage(201);
         test.dialog.show();
         QVERIFY(QTest::qWaitForWindowActive(&test.dialog));
-        QVERIFY(test.currentTab()->hasFocus());
+        QVERIFY(test.currentTab()->isAncestorOf(test.dialog.focusWidget()));
         test.dialog.shownPage()->tabControl()->activateTab(1);
-        QVERIFY(test.currentTab()->hasFocus());
-        QTest::keyClick(test.dialog.focusWidget(), Qt::Key_Tab);
         QCOMPARE(test.dialog.focusWidget()->accessibleName(), QStringLiteral("被授权人"));
+        QVERIFY(test.dialog.focusWidget()->hasFocus());
+    }
+
+    void aRequestWhileTheDialogIsOpenShowsThePageAndReturns()
+    {
+        DialogUnderTest test;
+        test.dialog.setNavigatorFiller(fillThreePages);
+        QStringList shown;
+        QTimer::singleShot(0, &test.dialog, [&] {
+            GW::CAuthSettingDialog::showSettingPage(202);
+            shown.append(QString::number(test.dialog.shownPage()->pageId()));
+            shown.append(test.navigator()->currentItem()->text(0));
+            GW::CAuthSettingDialog::showSettingPage(201, 20101, QStringLiteral("keyB"), 0);
+            shown.append(test.dialog.shownPage()->key());
+            shown.append(test.navigator()->currentItem()->text(0));
+            // While it waits for the server the page comes up waiting.
+            test.dialog.setDialogEnabled(false);
+            GW::CAuthSettingDialog::showSettingPage(203);
+            shown.append(test.looksBusy() ? QStringLiteral("busy") : QStringLiteral("idle"));
+            shown.append(QString::number(test.dialog.shownPage()->pageId()));
+            test.dialog.close();
+        });
+        GW::CAuthSettingDialog::showSettingPage(201);
+        QCOMPARE(shown.join(u','), QStringLiteral("202,import,keyB,b,busy,203"));
+        QVERIFY(test.dialog.isHidden());
+    }
+
+    void aRequestRightAfterClosingOpensTheDialogAgain()
+    {
+        DialogUnderTest test;
+        QVector<int> pages;
+        const auto leave = [&] {
+            pages.append(test.dialog.shownPage()->pageId());
+            test.dialog.close();
+        };
+        QTimer::singleShot(0, &test.dialog, [&] {
+            leave();
+            // The loop of the first opening has not ended yet.
+            GW::CAuthSettingDialog::showSettingPage(202);
+            QTimer::singleShot(0, &test.dialog, leave);
+        });
+        GW::CAuthSettingDialog::showSettingPage(201);
+        QCOMPARE(pages, QVector<int>({201, 202}));
+        QVERIFY(test.dialog.isHidden());
     }
 
     void minimisingNeitherLeavesThePageNorEndsARequest()

@@ -277,6 +277,7 @@ void TabControlTest::anEmptyControlIsHarmless()
     QCOMPARE(tabs.currentTabIndex(), -1);
     QCOMPARE(tabs.getTabWidget(0), nullptr);
     QVERIFY(!tabs.activateTab(0));
+    QCOMPARE(tabs.tabBar()->focusPolicy(), Qt::NoFocus);
     tabs.resize(100, 60);
     QVERIFY(!tabs.grab().isNull());
 }
