@@ -1,6 +1,7 @@
 #include "kit/table/CellWidgetLayer.h"
 
 #include "kit/resources/UiResource.h"
+#include "kit/table/CellButtons.h"
 #include "kit/table/CellWidgetTools.h"
 #include "kit/table/ColumnWidgets.h"
 #include "kit/table/OddEvenRowTable.h"
@@ -10,11 +11,12 @@
 #include "kit/widgets/CheckBox.h"
 
 #include <QApplication>
-#include <QScopedValueRollback>
+#include <QScopeGuard>
 #include <QStyle>
 #include <QTableView>
 
 #include <algorithm>
+#include <utility>
 
 namespace KZ {
 
@@ -25,9 +27,26 @@ constexpr size_t MOST_IDLE = 96;
 
 } // namespace
 
+/// Tells, after the owner's code has run, whether the layer and the rows are still the same.
+class CCellWidgetLayer::CWatch
+{
+public:
+    explicit CWatch(const CCellWidgetLayer* layer)
+        : m_layer(layer), m_generation(layer->m_generation)
+    {
+    }
+    explicit operator bool() const { return m_layer && m_layer->m_generation == m_generation; }
+
+private:
+    const QPointer<const CCellWidgetLayer> m_layer;
+    const quint32 m_generation;
+};
+
 CCellWidgetLayer::CCellWidgetLayer(QTableView* view, CRowStore& store, const CTableModel& model,
                                    QWidget* table)
     : QObject(view), m_view(view), m_store(store), m_model(model), m_parking(new QWidget(table)),
+      m_buttons(new CCellButtons([this](const QWidget* widget) { return rowOfWidget(widget) >= 0; },
+                                 this)),
       m_boxes(new CTickBoxes(store, model, view->viewport())),
       m_columnWidgets(std::make_unique<CColumnWidgets>())
 {
@@ -48,25 +67,44 @@ QWidget* CCellWidgetLayer::existingWidget(int row, int column) const
     return found == m_cells.end() ? nullptr : found->second.widget.data();
 }
 
+int CCellWidgetLayer::rowOfWidget(const QWidget* widget) const
+{
+    for (const auto& [key, cell] : m_cells) {
+        if (cell.widget && (cell.widget == widget || cell.widget->isAncestorOf(widget)))
+            return cell.row;
+    }
+    return -1;
+}
+
 QWidget* CCellWidgetLayer::widget(int row, int column)
 {
-    SCell* const cell = ensure(row, column);
-    if (!cell || !cell->widget)
+    const CWatch watch(this);
+    const QPointer<QWidget> widget = ensure(row, column);
+    SCell* const cell = watch && widget ? find(row, column) : nullptr;
+    if (!cell)
         return nullptr;
-    // One that is not in its place would show up in a corner as soon as the viewport is shown.
-    if (cell->pass != m_pass || m_pass == 0)
-        park(cell->widget);
     if (!cell->isPinned) {
         cell->isPinned = true;
         std::erase(m_idle, CRowStore::cellKey(row, column));
     }
-    return cell->widget;
+    // One that is not in its place would show up in a corner as soon as the viewport is shown.
+    if (cell->pass != m_pass || m_pass == 0)
+        park(widget);
+    return watch ? widget.data() : nullptr;
 }
 
 void CCellWidgetLayer::adopt(int row, int column, QWidget* widget)
 {
+    const CWatch watch(this);
+    const QPointer<QWidget> adopted(widget);
     drop(row, column);
-    SCell& cell = m_cells[CRowStore::cellKey(row, column)];
+    if (!watch || !adopted || find(row, column)) {
+        if (adopted)
+            adopted->deleteLater();
+        return;
+    }
+    const quint64 key = CRowStore::cellKey(row, column);
+    SCell& cell = m_cells[key];
     cell.row = row;
     cell.column = column;
     cell.widget = widget;
@@ -75,8 +113,10 @@ void CCellWidgetLayer::adopt(int row, int column, QWidget* widget)
         cell.isTick = true;
         m_boxes->bind(box, row, column, true);
     }
-    park(widget);
-    prepare(cell);
+    if (watch && adopted)
+        park(adopted);
+    if (watch)
+        prepare(key);
 }
 
 void CCellWidgetLayer::drop(int row, int column)
@@ -87,10 +127,11 @@ void CCellWidgetLayer::drop(int row, int column)
     const auto found = m_cells.find(key);
     if (found == m_cells.end())
         return;
-    discard(found->second.widget);
+    QWidget* const widget = found->second.widget;
     m_cells.erase(found);
     std::erase(m_inSight, key);
     std::erase(m_idle, key);
+    discard(widget);
 }
 
 void CCellWidgetLayer::setEnabled(bool enabled)
@@ -101,89 +142,116 @@ void CCellWidgetLayer::setEnabled(bool enabled)
 void CCellWidgetLayer::clear()
 {
     ++m_generation;
-    for (auto& [key, cell] : m_cells) {
-        if (!giveBack(cell))
-            discard(cell.widget);
-    }
-    m_cells.clear();
     m_inSight.clear();
     m_idle.clear();
+    const QPointer<CCellWidgetLayer> guard(this);
+    const auto cells = std::exchange(m_cells, {});
+    for (const auto& [key, cell] : cells) {
+        if (!giveBack(cell))
+            discard(cell.widget);
+        if (!guard)
+            return;
+    }
 }
 
-/// Deletes later, because the widget may be the one whose event is being handled.
+/// Deletes later, because the widget may be the one whose event is being handled; until then it
+/// answers nothing.
 void CCellWidgetLayer::discard(QWidget* widget)
 {
     if (!widget)
         return;
     m_boxes->release(widget);
-    if (const QWidget* const focus = QApplication::focusWidget();
-        focus && (focus == widget || widget->isAncestorOf(focus)))
-        m_view->setFocus(Qt::OtherFocusReason);
-    widget->hide();
-    widget->deleteLater();
+    const QPointer<QWidget> gone(widget);
+    takeFocusFrom(widget);
+    if (gone)
+        gone->hide();
+    if (gone)
+        gone->setEnabled(false);
+    if (gone)
+        gone->deleteLater();
 }
 
 void CCellWidgetLayer::park(QWidget* widget)
 {
     if (widget->parentWidget() == m_parking)
         return;
+    const QPointer<CCellWidgetLayer> guard(this);
+    const QPointer<QWidget> parked(widget);
+    takeFocusFrom(widget);
+    if (guard && parked)
+        parked->setParent(m_parking);
+}
+
+void CCellWidgetLayer::takeFocusFrom(const QWidget* widget)
+{
     if (const QWidget* const focus = QApplication::focusWidget();
         focus && (focus == widget || widget->isAncestorOf(focus)))
         m_view->setFocus(Qt::OtherFocusReason);
-    widget->setParent(m_parking);
 }
 
-CCellWidgetLayer::SCell* CCellWidgetLayer::ensure(int row, int column)
+QWidget* CCellWidgetLayer::ensure(int row, int column)
 {
-    SCell* const cell = find(row, column);
+    const SCell* const cell = find(row, column);
     if (cell && (cell->widget || !cell->isTick))
-        return cell;
+        return cell->widget;
     if (m_store.tick(row, column))
         return makeTick(row, column);
     return m_store.isWidgetCell(row, column) ? makeWidget(row, column) : nullptr;
 }
 
-CCellWidgetLayer::SCell* CCellWidgetLayer::makeWidget(int row, int column)
+QWidget* CCellWidgetLayer::makeWidget(int row, int column)
 {
+    const CWatch watch(this);
     const bool isShared = m_store.hasColumnWidget(row, column);
     const auto factory = isShared ? nullptr : m_store.cellWidget(row, column)->factory;
-    const quint32 generation = m_generation;
+    // Whether, after the owner's code has run, the cell still waits for such a widget.
+    const auto isWanted = [&] {
+        return watch && !find(row, column) && m_store.hasColumnWidget(row, column) == isShared &&
+               (isShared || m_store.cellWidget(row, column));
+    };
     QPointer<QWidget> made;
     if (isShared)
-        made = m_columnWidgets->take(row, column, m_view->viewport());
+        made = m_columnWidgets->take(column, m_view->viewport());
     else if (factory)
         made = factory(m_view->viewport());
-    // The factory is the owner's code: it may have emptied the table or filled this very cell.
-    SCell* const present = find(row, column);
-    if (generation != m_generation || present) {
-        discard(made);
-        return generation == m_generation ? present : nullptr;
+    if (isShared && made && isWanted())
+        m_columnWidgets->bind(column, row, made);
+    if (!isWanted()) {
+        if (made) {
+            made->hide();
+            made->deleteLater();
+        }
+        return watch ? existingWidget(row, column) : nullptr;
     }
-    SCell& cell = m_cells[CRowStore::cellKey(row, column)];
+    const quint64 key = CRowStore::cellKey(row, column);
+    SCell& cell = m_cells[key];
     cell.row = row;
     cell.column = column;
     cell.widget = made;
     cell.isShared = isShared;
-    prepare(cell);
-    return &cell;
+    prepare(key);
+    return watch ? existingWidget(row, column) : nullptr;
 }
 
-CCellWidgetLayer::SCell* CCellWidgetLayer::makeTick(int row, int column)
+QWidget* CCellWidgetLayer::makeTick(int row, int column)
 {
+    const CWatch watch(this);
     CCheckBox* const box = m_boxes->take();
-    SCell& cell = m_cells[CRowStore::cellKey(row, column)];
+    const quint64 key = CRowStore::cellKey(row, column);
+    SCell& cell = m_cells[key];
     cell.row = row;
     cell.column = column;
     cell.isTick = true;
     cell.widget = box;
     m_boxes->bind(box, row, column, false);
-    prepare(cell);
-    return &cell;
+    if (watch)
+        prepare(key);
+    return watch ? existingWidget(row, column) : nullptr;
 }
 
 bool CCellWidgetLayer::giveBack(const SCell& cell)
 {
-    if (cell.isPinned || !cell.widget)
+    if (cell.isPinned || !cell.widget || m_buttons->isPressed(cell.widget))
         return false;
     if (cell.isShared)
         return !isHiddenByOwner(cell.widget) && m_columnWidgets->giveBack(cell.column, cell.widget);
@@ -194,31 +262,52 @@ bool CCellWidgetLayer::giveBack(const SCell& cell)
 }
 
 /// First contact with a cell's widget.
-void CCellWidgetLayer::prepare(SCell& cell)
+void CCellWidgetLayer::prepare(quint64 key)
 {
-    if (!cell.widget)
+    const auto found = m_cells.find(key);
+    if (found == m_cells.end() || !found->second.widget)
         return;
-    if (cell.isTick) {
-        cell.alignment = m_store.tick(cell.row, cell.column)->alignment;
-    } else {
-        cell.alignment = cell.isShared ? m_columnWidgets->alignment(cell.column)
-                                       : m_store.cellWidget(cell.row, cell.column)->alignment;
+    SCell& cell = found->second;
+    if (const auto* const tick = m_store.tick(cell.row, cell.column))
+        cell.alignment = tick->alignment;
+    else if (const auto* const own = m_store.cellWidget(cell.row, cell.column))
+        cell.alignment = own->alignment;
+    else
+        cell.alignment = m_columnWidgets->alignment(cell.column);
+    m_buttons->watch(cell.widget);
+    if (!cell.isTick)
         takeFromTabChain(cell.widget);
-    }
     if (!cell.isTick && cell.widget->testAttribute(Qt::WA_Resized))
         cell.ownSize = cell.widget->size();
-    cell.hint = cell.widget->sizeHint();
-    measure(cell);
+    askForSize(key);
 }
 
-void CCellWidgetLayer::measure(SCell& cell)
+/// Asks the cell's widget how large it wants to be; true when that has changed.
+bool CCellWidgetLayer::askForSize(quint64 key)
+{
+    const CWatch watch(this);
+    const QPointer<QWidget> widget = m_cells.at(key).widget;
+    const QSize hint = widget->sizeHint();
+    const int leastWidth = widget ? widget->minimumSizeHint().width() : 0;
+    if (!watch)
+        return false;
+    const auto found = m_cells.find(key);
+    if (found == m_cells.end() || !widget || found->second.widget != widget)
+        return false;
+    const bool isChanged = found->second.hint != hint;
+    found->second.hint = hint;
+    measure(found->second, leastWidth);
+    return isChanged;
+}
+
+void CCellWidgetLayer::measure(SCell& cell, int leastWidth)
 {
     const QWidget* const widget = cell.widget;
     const QSize wanted = cell.ownSize.isValid() ? cell.ownSize : cell.hint;
     cell.size = wanted.expandedTo(widget->minimumSize()).boundedTo(widget->maximumSize());
     const int padding = CUiResource::getSize(QStringLiteral("gw_siz_kit_table_cell_padding"));
     const int needed = cell.alignment == COddEvenRowTable::ALIGN_FILL
-                           ? widget->minimumSizeHint().width()
+                           ? leastWidth
                            : cell.size.width() + 2 * padding;
     if (size_t(cell.column) >= m_neededWidths.size())
         m_neededWidths.resize(size_t(cell.column) + 1);
@@ -228,32 +317,37 @@ void CCellWidgetLayer::measure(SCell& cell)
 
 bool CCellWidgetLayer::remeasure()
 {
-    bool changed = false;
-    for (const quint64 key : m_inSight) {
+    const CWatch watch(this);
+    bool isChanged = false;
+    const std::vector<quint64> keys = m_inSight;
+    for (const quint64 key : keys) {
         const auto found = m_cells.find(key);
         if (found == m_cells.end() || !found->second.widget)
             continue;
-        SCell& cell = found->second;
-        const QSize hint = cell.widget->sizeHint();
-        if (hint == cell.hint)
-            continue;
-        cell.hint = hint;
-        cell.ownSize = QSize();
-        measure(cell);
-        changed = true;
+        // A widget that asks for another size gives up the one that its owner gave it.
+        const QSize ownSize = std::exchange(found->second.ownSize, QSize());
+        const bool isOther = askForSize(key);
+        if (!watch)
+            return false;
+        isChanged = isChanged || isOther;
+        if (const auto still = m_cells.find(key); !isOther && still != m_cells.end())
+            still->second.ownSize = ownSize;
     }
-    return changed;
+    return isChanged;
 }
 
 void CCellWidgetLayer::remeasureAll()
 {
+    const CWatch watch(this);
     m_neededWidths.clear();
-    for (const quint64 key : m_inSight) {
+    const std::vector<quint64> keys = m_inSight;
+    for (const quint64 key : keys) {
         const auto found = m_cells.find(key);
         if (found == m_cells.end() || !found->second.widget)
             continue;
-        found->second.hint = found->second.widget->sizeHint();
-        measure(found->second);
+        askForSize(key);
+        if (!watch)
+            return;
     }
 }
 
@@ -289,48 +383,66 @@ void CCellWidgetLayer::sync()
 {
     if (m_isSyncing)
         return;
-    const QScopedValueRollback<bool> syncing(m_isSyncing, true);
+    m_isSyncing = true;
+    const QPointer<CCellWidgetLayer> guard(this);
+    const auto done = qScopeGuard([&guard] {
+        if (guard)
+            guard->m_isSyncing = false;
+    });
+    const CWatch watch(this);
     ++m_pass;
     const std::vector<quint64> keys = cellsInSight();
     for (const quint64 key : keys) {
         if (const auto found = m_cells.find(key); found != m_cells.end())
             found->second.pass = m_pass;
     }
-    const std::vector<quint64> before = std::move(m_inSight);
-    m_inSight = keys;
+    const std::vector<quint64> before = std::exchange(m_inSight, keys);
     // First what leaves, so that its check boxes serve the cells that come.
     for (const quint64 key : before) {
         const auto found = m_cells.find(key);
         if (found != m_cells.end() && found->second.pass != m_pass)
             putAway(key);
-    }
-    const quint32 generation = m_generation;
-    for (const quint64 key : keys) {
-        SCell* const cell = ensure(int(key >> 32), int(quint32(key)));
-        if (generation != m_generation)
+        if (!watch)
             return;
-        if (!cell || !cell->widget)
-            continue;
-        cell->pass = m_pass;
-        place(*cell);
+    }
+    for (const quint64 key : keys) {
+        if (ensure(int(key >> 32), int(quint32(key))))
+            place(key);
+        if (!watch)
+            return;
     }
     parkSpare();
-    evictIdle();
+    if (watch)
+        evictIdle();
 }
 
 void CCellWidgetLayer::parkSpare()
 {
+    const QPointer<CCellWidgetLayer> guard(this);
+    QList<QPointer<QWidget>> spare;
     for (const QPointer<CCheckBox>& box : m_boxes->spare()) {
-        if (box)
-            park(box);
+        if (box && box->parentWidget() != m_parking)
+            spare.append(box.data());
     }
-    for (QWidget* const widget : m_columnWidgets->spare())
-        park(widget);
+    const QList<QWidget*> shared = m_columnWidgets->spare();
+    for (QWidget* const widget : shared) {
+        if (widget->parentWidget() != m_parking)
+            spare.append(widget);
+    }
+    for (const QPointer<QWidget>& widget : std::as_const(spare)) {
+        if (widget)
+            park(widget);
+        if (!guard)
+            return;
+    }
 }
 
-void CCellWidgetLayer::place(SCell& cell)
+void CCellWidgetLayer::place(quint64 key)
 {
-    QWidget* const widget = cell.widget;
+    const CWatch watch(this);
+    SCell& cell = m_cells.at(key);
+    cell.pass = m_pass;
+    const QPointer<QWidget> widget = cell.widget;
     const int viewRow = m_model.viewRowOf(cell.row);
     const QRect cellRect(m_view->columnViewportPosition(cell.column),
                          m_view->rowViewportPosition(viewRow), m_view->columnWidth(cell.column),
@@ -341,23 +453,25 @@ void CCellWidgetLayer::place(SCell& cell)
                                                  cell.size.boundedTo(cellRect.size()), cellRect);
     if (widget->parentWidget() != m_view->viewport())
         widget->setParent(m_view->viewport());
-    widget->setGeometry(rect);
-    if (!widget->isVisibleTo(m_view->viewport()) && !isHiddenByOwner(widget))
+    if (watch && widget)
+        widget->setGeometry(rect);
+    if (watch && widget && !widget->isVisibleTo(m_view->viewport()) && !isHiddenByOwner(widget))
         widget->show();
 }
 
 void CCellWidgetLayer::putAway(quint64 key)
 {
-    SCell& cell = m_cells.at(key);
+    const auto found = m_cells.find(key);
+    const SCell cell = found->second;
     if (!cell.widget)
         return;
-    if (giveBack(cell)) {
-        m_cells.erase(key);
+    m_cells.erase(found);
+    if (giveBack(cell))
         return;
-    }
-    park(cell.widget);
+    m_cells.emplace(key, cell);
     if (!cell.isPinned)
         m_idle.push_back(key);
+    park(cell.widget);
 }
 
 void CCellWidgetLayer::evictIdle()
@@ -369,11 +483,19 @@ void CCellWidgetLayer::evictIdle()
     if (m_idle.size() <= MOST_IDLE)
         return;
     const auto end = m_idle.end() - MOST_IDLE;
+    QList<QPointer<QWidget>> evicted;
     for (auto key = m_idle.begin(); key != end; ++key) {
-        discard(m_cells.at(*key).widget);
-        m_cells.erase(*key);
+        const auto found = m_cells.find(*key);
+        evicted.append(found->second.widget);
+        m_cells.erase(found);
     }
     m_idle.erase(m_idle.begin(), end);
+    const QPointer<CCellWidgetLayer> guard(this);
+    for (const QPointer<QWidget>& widget : std::as_const(evicted)) {
+        discard(widget);
+        if (!guard)
+            return;
+    }
 }
 
 void CCellWidgetLayer::showTick(int row, int column)

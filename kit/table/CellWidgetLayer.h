@@ -13,6 +13,7 @@ class QWidget;
 
 namespace KZ {
 
+class CCellButtons;
 class CColumnWidgets;
 class CRowStore;
 class CTableModel;
@@ -25,6 +26,9 @@ class CTickBoxes;
 ///
 /// A widget out of sight stands under a hidden parent instead of being hidden itself, so that an
 /// owner who hides a cell widget finds it hidden when its row comes back.
+///
+/// Factories, size hints and events of the widgets run the owner's code, which may do anything to
+/// the table, so nothing is held across them that it could take away.
 class CCellWidgetLayer : public QObject
 {
     Q_OBJECT
@@ -59,6 +63,8 @@ public:
     void remeasureAll();
     /// Widgets in and below the cell's widget that can take the focus.
     QList<QWidget*> focusWidgets(int row, int column) const;
+    /// Row of the cell whose widget this is or is in, -1 when there is none.
+    int rowOfWidget(const QWidget* widget) const;
 
 private:
     struct SCell
@@ -78,16 +84,20 @@ private:
         quint32 pass = 0;
     };
 
+    class CWatch;
+
     SCell* find(int row, int column);
-    SCell* ensure(int row, int column);
-    SCell* makeTick(int row, int column);
-    SCell* makeWidget(int row, int column);
-    void prepare(SCell& cell);
-    void measure(SCell& cell);
-    void place(SCell& cell);
+    QWidget* ensure(int row, int column);
+    QWidget* makeTick(int row, int column);
+    QWidget* makeWidget(int row, int column);
+    void prepare(quint64 key);
+    bool askForSize(quint64 key);
+    void measure(SCell& cell, int leastWidth);
+    void place(quint64 key);
     void putAway(quint64 key);
     void park(QWidget* widget);
     void discard(QWidget* widget);
+    void takeFocusFrom(const QWidget* widget);
     void evictIdle();
     /// Keeps the cell's widget for other cells, when it is one that can serve them.
     bool giveBack(const SCell& cell);
@@ -98,6 +108,7 @@ private:
     CRowStore& m_store;
     const CTableModel& m_model;
     QWidget* const m_parking;
+    CCellButtons* const m_buttons;
     CTickBoxes* const m_boxes;
     const std::unique_ptr<CColumnWidgets> m_columnWidgets;
     std::unordered_map<quint64, SCell> m_cells;

@@ -46,21 +46,25 @@ int CColumnWidgets::alignment(int column) const
     return found == m_columns.end() ? 0 : found->second.kind.alignment;
 }
 
-QPointer<QWidget> CColumnWidgets::take(int row, int column, QWidget* parent)
+QPointer<QWidget> CColumnWidgets::take(int column, QWidget* parent)
 {
     const auto found = m_columns.find(column);
     if (found == m_columns.end())
         return nullptr;
-    // A copy, because the owner's code may set another kind.
-    const CColumnWidgetKind kind = found->second.kind;
     QPointer<QWidget> widget;
     while (!widget && !found->second.spare.isEmpty())
         widget = found->second.spare.takeLast();
-    if (!widget && kind.make)
-        widget = kind.make(parent);
-    if (widget && kind.bind)
-        kind.bind(widget, row);
-    return widget;
+    // A copy, because the owner's code may set another kind.
+    const auto make = widget ? nullptr : found->second.kind.make;
+    return make ? QPointer<QWidget>(make(parent)) : widget;
+}
+
+void CColumnWidgets::bind(int column, int row, QWidget* widget) const
+{
+    const auto found = m_columns.find(column);
+    const auto bind = found == m_columns.end() ? nullptr : found->second.kind.bind;
+    if (bind)
+        bind(widget, row);
 }
 
 bool CColumnWidgets::giveBack(int column, QWidget* widget)

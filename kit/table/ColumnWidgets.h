@@ -18,8 +18,10 @@ public:
     void setKind(int column, CColumnWidgetKind kind);
     int alignment(int column) const;
 
-    /// A widget that stands for the row's cell; null when the owner makes none.
-    QPointer<QWidget> take(int row, int column, QWidget* parent);
+    /// A widget that stands for no cell yet; null when the owner makes none.
+    QPointer<QWidget> take(int column, QWidget* parent);
+    /// Lets the widget stand for the row's cell.
+    void bind(int column, int row, QWidget* widget) const;
     /// Keeps the widget for the next cell; false when it has to go, because the user is at work
     /// with it or enough others wait.
     bool giveBack(int column, QWidget* widget);

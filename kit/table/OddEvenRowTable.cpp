@@ -12,6 +12,7 @@
 #include "kit/table/TickBoxes.h"
 
 #include <QEvent>
+#include <QPointer>
 
 #include <algorithm>
 #include <cmath>
@@ -285,15 +286,20 @@ void COddEvenRowTable::loadConfigStr(const QString& text)
 
 QTableView* COddEvenRowTable::view() const
 {
+    QTableView* const view = m_core->view();
     m_core->flush();
-    return m_core->view();
+    return view;
 }
 
 bool COddEvenRowTable::handleEvent(int eventId, int param1, int param2, QString text, void* data)
 {
     // The check box may tell its owner before it tells the store.
-    if (eventId == EVENT_CHECK_TOGGLED && data)
+    if (eventId == EVENT_CHECK_TOGGLED && data) {
+        const QPointer<COddEvenRowTable> guard(this);
         m_core->layer().boxes().read(static_cast<QWidget*>(data));
+        if (!guard)
+            return true;
+    }
     return CBaseWidget::handleEvent(eventId, param1, param2, std::move(text), data);
 }
 
@@ -320,6 +326,7 @@ QSize COddEvenRowTable::minimumSizeHint() const
 
 bool COddEvenRowTable::event(QEvent* event)
 {
+    const QPointer<COddEvenRowTable> guard(this);
     // m_core is missing while the constructor of the base is at work.
     if (event->type() == QEvent::Paint && m_core)
         m_core->flush(true);
@@ -327,7 +334,7 @@ bool COddEvenRowTable::event(QEvent* event)
         m_core->updateResources();
     else if (event->type() == QEvent::Show && m_core)
         m_core->updateAccessibleName();
-    return CBaseWidget::event(event);
+    return guard ? CBaseWidget::event(event) : true;
 }
 
 void COddEvenRowTable::resizeEvent(QResizeEvent* event)

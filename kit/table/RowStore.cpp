@@ -273,4 +273,17 @@ bool CRowStore::columnHasWidgets(int column) const
     return !cells.ticks.empty() || !cells.widgets.empty() || !cells.columnWidgets.empty();
 }
 
+bool CRowStore::hasTicks() const
+{
+    return std::any_of(m_columns.cbegin(), m_columns.cend(),
+                       [](const SColumn& column) { return !column.ticks.empty(); });
+}
+
+bool CRowStore::hasWidgets() const
+{
+    return std::any_of(m_columns.cbegin(), m_columns.cend(), [](const SColumn& column) {
+        return !column.widgets.empty() || !column.columnWidgets.empty();
+    });
+}
+
 } // namespace KZ

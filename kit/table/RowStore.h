@@ -81,6 +81,9 @@ public:
     /// Whether the cell has a tick or a widget of either kind.
     bool isWidgetCell(int row, int column) const;
     bool columnHasWidgets(int column) const;
+    /// Whether any column has, or lately had, such cells.
+    bool hasTicks() const;
+    bool hasWidgets() const;
 
     static quint64 cellKey(int row, int column)
     {

@@ -12,10 +12,11 @@
 #include "kit/table/TickBoxes.h"
 #include "kit/widgets/CheckBox.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QEvent>
 #include <QHeaderView>
 #include <QPointer>
+#include <QScopeGuard>
 #include <QScopedValueRollback>
 
 #include <utility>
@@ -76,7 +77,10 @@ void CTableCore::updateResources()
     m_view->horizontalHeader()->setFixedHeight(
         CUiResource::getSize(QStringLiteral("gw_siz_kit_table_header_height")));
     m_filterBar->updateResources();
+    const QPointer<CTableCore> guard(this);
     m_layer->remeasureAll();
+    if (!guard)
+        return;
     m_columns->remeasure();
     updateWidgetWidths();
     m_view->viewport()->update();
@@ -112,7 +116,10 @@ void CTableCore::setColumnCount(int count)
 {
     if (count == m_store.columnCount() || count < 0)
         return;
+    const QPointer<CTableCore> guard(this);
     m_layer->clear();
+    if (!guard)
+        return;
     m_model->setColumns(count);
     m_columns->columnsChanged();
     cellsMoved();
@@ -123,9 +130,14 @@ void CTableCore::setInnerEnabled(bool enabled)
     if (m_model->isInnerEnabled() == enabled)
         return;
     m_model->setInnerEnabled(enabled);
-    m_view->viewport()->setEnabled(enabled);
-    m_layer->setEnabled(enabled);
-    m_view->viewport()->update();
+    const QPointer<CTableCore> guard(this);
+    const QWidget* const focus = QApplication::focusWidget();
+    if (!enabled && focus && m_view->viewport()->isAncestorOf(focus))
+        m_view->setFocus(Qt::OtherFocusReason);
+    if (guard)
+        m_view->viewport()->setEnabled(enabled);
+    if (guard)
+        m_layer->setEnabled(enabled);
 }
 
 void CTableCore::clearRows()
@@ -133,10 +145,15 @@ void CTableCore::clearRows()
     m_selection->rememberPlace();
     m_selection->programActionBegun();
     ++m_generation;
+    const QPointer<CTableCore> guard(this);
     m_layer->clear();
+    if (!guard)
+        return;
     m_model->clearRows();
     m_selection->programActionEnded();
     cellsMoved();
+    // Widgets of rows that somebody added while the others went.
+    m_layer->clear();
 }
 
 int CTableCore::appendRow()
@@ -163,12 +180,12 @@ void CTableCore::setTick(int row, int column, const CRowStore::STick& tick)
         return;
     const bool hadTick = m_store.tick(row, column) != nullptr;
     m_store.setTick(row, column, tick);
+    revealIfTicked(row);
+    cellReplaced(row, column);
     if (hadTick && tick.present)
         m_layer->showTick(row, column);
     else
         m_layer->drop(row, column);
-    revealIfTicked(row);
-    cellReplaced(row, column);
 }
 
 void CTableCore::setWidget(int row, int column, QWidget* widget, int alignment)
@@ -186,35 +203,38 @@ void CTableCore::setWidget(int row, int column, QWidget* widget, int alignment)
         m_store.setTick(row, column, tick);
     else
         m_store.setCellWidget(row, column, {{}, alignment, widget != nullptr});
+    revealIfTicked(row);
+    cellReplaced(row, column);
     if (widget)
         m_layer->adopt(row, column, widget);
     else
         m_layer->drop(row, column);
-    revealIfTicked(row);
-    cellReplaced(row, column);
 }
 
 void CTableCore::setFactory(int row, int column, CRowStore::SCellWidget source)
 {
     m_store.setCellWidget(row, column, std::move(source));
-    m_layer->drop(row, column);
     cellReplaced(row, column);
+    m_layer->drop(row, column);
 }
 
 void CTableCore::setColumnWidget(int row, int column)
 {
     m_store.setColumnWidget(row, column);
-    m_layer->drop(row, column);
     cellReplaced(row, column);
+    m_layer->drop(row, column);
 }
 
 QWidget* CTableCore::widget(int row, int column)
 {
     if (!m_store.contains(row, column))
         return nullptr;
+    const QPointer<CTableCore> guard(this);
     flush();
-    QWidget* const widget = m_layer->widget(row, column);
-    updateWidgetWidths();
+    const QPointer<QWidget> widget =
+        guard && m_store.contains(row, column) ? m_layer->widget(row, column) : nullptr;
+    if (guard)
+        updateWidgetWidths();
     return widget;
 }
 
@@ -224,9 +244,9 @@ void CTableCore::changeTick(int row, int column, bool CRowStore::STick::*state, 
     if (!tick || tick->*state == value)
         return;
     tick->*state = value;
-    m_layer->showTick(row, column);
     revealIfTicked(row);
     cellChanged(row, column);
+    m_layer->showTick(row, column);
 }
 
 void CTableCore::toggleByUser(int row, int column, bool checked)
@@ -235,7 +255,11 @@ void CTableCore::toggleByUser(int row, int column, bool checked)
     if (!tick || !tick->enabled || tick->checked == checked)
         return;
     const int tickId = tick->id;
+    const QPointer<CTableCore> guard(this);
+    const quint32 generation = m_generation;
     setChecked(row, column, checked);
+    if (!guard || generation != m_generation)
+        return;
     QWidget* const box = m_layer->existingWidget(row, column);
     m_table->deliverEvent(EVENT_CHECK_TOGGLED, tickId, checked ? 1 : 0, QString(),
                           box ? box : m_table);
@@ -328,19 +352,27 @@ void CTableCore::publish()
     m_model->flushChanges();
     if (m_revealPending)
         refilter();
+    m_input->updateHint();
 }
 
 void CTableCore::flush(bool painting)
 {
     if (m_isFlushing)
         return;
-    const QScopedValueRollback<bool> flushing(m_isFlushing, true);
+    m_isFlushing = true;
+    const QPointer<CTableCore> guard(this);
+    const auto done = qScopeGuard([&guard] {
+        if (guard)
+            guard->m_isFlushing = false;
+    });
     publish();
     if (!m_widgetsStale || !(painting || m_view->isVisible()))
         return;
     m_widgetsStale = false;
     m_view->layoutNow();
     m_layer->sync();
+    if (!guard)
+        return;
     updateWidgetWidths();
     if (std::exchange(m_widgetsStale, false))
         m_layer->sync();
@@ -361,7 +393,8 @@ void CTableCore::cellsMoved()
 
 void CTableCore::cellWidgetResized()
 {
-    if (m_layer->remeasure())
+    const QPointer<CTableCore> guard(this);
+    if (m_layer->remeasure() && guard)
         cellsMoved();
 }
 
@@ -386,11 +419,18 @@ void CTableCore::contextMenuAsked(const QPoint& globalPos, int column)
     m_input->showMenu(globalPos, column);
 }
 
-QList<QWidget*> CTableCore::currentRowFocusWidgets()
+bool CTableCore::needsEscape() const
 {
-    flush();
+    return m_input->needsEscape();
+}
+
+QList<QWidget*> CTableCore::focusWidgets(int row)
+{
     QList<QWidget*> widgets;
-    const int row = m_model->rowAt(m_view->currentIndex().row());
+    const QPointer<CTableCore> guard(this);
+    flush();
+    if (!guard)
+        return widgets;
     for (int place = 0; place < m_store.columnCount(); ++place) {
         const int column = m_view->horizontalHeader()->logicalIndex(place);
         widgets += m_layer->focusWidgets(row, column);

@@ -43,6 +43,8 @@ public:
     /// Lays out view and filter bar in the table.
     void place();
     void updateResources();
+    /// The row's widgets that can take the focus, in visual order.
+    QList<QWidget*> focusWidgets(int row);
     /// The view, which has the focus, goes by the table's name.
     void updateAccessibleName();
     void setFlag(int flags);
@@ -94,7 +96,7 @@ public:
     bool keyPressed(QKeyEvent& event) override;
     void textComposed(QInputMethodEvent& event) override;
     void contextMenuAsked(const QPoint& globalPos, int column) override;
-    QList<QWidget*> currentRowFocusWidgets() override;
+    bool needsEscape() const override;
     int cellWidgetWidth(int column) const override;
 
 protected:

@@ -183,10 +183,12 @@ bool CTableDelegate::eventFilter(QObject* object, QEvent* event)
         const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
         if (reason == Qt::PopupFocusReason || reason == Qt::ActiveWindowFocusReason)
             return false;
+        const QPointer<QObject> guard(editor);
         if (editor->isUndecided())
             commitAndClose(editor);
         else if (!editor->isRefused())
             Q_EMIT closeEditor(editor, QAbstractItemDelegate::NoHint);
+        return guard.isNull();
     }
     return false;
 }
@@ -205,7 +207,7 @@ bool CTableDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
         return QStyledItemDelegate::helpEvent(event, view, option, index);
     const bool isElided = sizeHint(option, index).width() > option.rect.width();
     const QString& text = m_store.text(row, index.column());
-    QToolTip::showText(event->globalPos(), isElided ? toolTipText(text) : QString(), view);
+    QToolTip::showText(event->globalPos(), isElided ? toolTipText(text) : view->toolTip(), view);
     return true;
 }
 

@@ -1,5 +1,7 @@
 #include "kit/table/TableInput.h"
 
+#include "kit/table/CellEditor.h"
+#include "kit/table/CellWidgetLayer.h"
 #include "kit/table/DisplayText.h"
 #include "kit/table/TableColumns.h"
 #include "kit/table/TableCore.h"
@@ -8,12 +10,12 @@
 #include "kit/table/TableView.h"
 #include "kit/widgets/Menu.h"
 
+#include <QApplication>
 #include <QClipboard>
-#include <QCoreApplication>
-#include <QGuiApplication>
 #include <QHeaderView>
 #include <QInputMethodEvent>
 #include <QLineEdit>
+#include <QPersistentModelIndex>
 #include <QPointer>
 
 #include <algorithm>
@@ -31,14 +33,65 @@ CTableInput::CTableInput(CTableCore& core, int menuFlags)
     connect(bar, &CTableFilterBar::left, this, &CTableInput::leaveFilter);
 }
 
+bool CTableInput::needsEscape() const
+{
+    return focusedCellWidget() || !m_core.filterBar()->isHidden();
+}
+
+/// The row's widget that has the focus; the editor of a cell is none.
+QWidget* CTableInput::focusedCellWidget() const
+{
+    QWidget* const focus = QApplication::focusWidget();
+    const bool isInRow = focus && m_core.view()->viewport()->isAncestorOf(focus) &&
+                         !qobject_cast<CCellEditor*>(focus);
+    return isInRow ? focus : nullptr;
+}
+
+/// What is left of a key that a row's widget did not want.
+bool CTableInput::cellWidgetKeyPressed(QWidget* focused, const QKeyEvent& event)
+{
+    switch (event.key()) {
+    case Qt::Key_Escape:
+        m_core.view()->setFocus(Qt::OtherFocusReason);
+        return true;
+    case Qt::Key_Left:
+    case Qt::Key_Right: {
+        const QList<QWidget*> widgets = m_core.focusWidgets(m_core.layer().rowOfWidget(focused));
+        const qsizetype at = widgets.indexOf(focused) + (event.key() == Qt::Key_Right ? 1 : -1);
+        if (at >= 0 && at < widgets.size())
+            widgets[at]->setFocus(Qt::OtherFocusReason);
+        return true;
+    }
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+    case Qt::Key_Home:
+    case Qt::Key_End:
+        // They choose another row, which is done in the view.
+        m_core.view()->setFocus(Qt::OtherFocusReason);
+        return false;
+    case Qt::Key_Space:
+        // The ticks belong to the framed row, which need not be this one.
+        return true;
+    default:
+        return false;
+    }
+}
+
 bool CTableInput::keyPressed(QKeyEvent& event)
 {
+    m_core.publish();
+    if (QWidget* const focused = focusedCellWidget()) {
+        const QPointer<CTableInput> guard(this);
+        if (cellWidgetKeyPressed(focused, event) || !guard)
+            return true;
+    }
     if (event.matches(QKeySequence::Copy)) {
         copySelection();
         return true;
     }
     if (event.matches(QKeySequence::SelectAll)) {
-        m_core.flush();
         m_core.view()->selectAll();
         return true;
     }
@@ -47,8 +100,12 @@ bool CTableInput::keyPressed(QKeyEvent& event)
         return false;
     switch (event.key()) {
     case Qt::Key_Space:
-        toggleSelectedTicks();
+        // A key that is held down must not tick on and off, nor go on in another place.
+        if (!event.isAutoRepeat())
+            toggleSelectedTicks();
         return true;
+    case Qt::Key_F2:
+        return returnToEditor();
     case Qt::Key_Return:
     case Qt::Key_Enter:
         return enterRow();
@@ -72,42 +129,84 @@ bool CTableInput::keyPressed(QKeyEvent& event)
 void CTableInput::textComposed(QInputMethodEvent& event)
 {
     openFilter();
-    QCoreApplication::sendEvent(m_core.filterBar()->edit(), &event);
+    QApplication::sendEvent(m_core.filterBar()->edit(), &event);
 }
 
-/// Starts editing the current cell, else the row's first editable one, else goes to its widgets.
-bool CTableInput::enterRow()
+/// Goes on in an editor that stayed open because its text was refused.
+bool CTableInput::returnToEditor()
 {
     CTableView* const view = m_core.view();
-    const QModelIndex current = view->currentIndex();
-    if (current.flags().testFlag(Qt::ItemIsEditable)) {
-        view->edit(current);
-        return true;
+    const QList<CCellEditor*> editors = view->viewport()->findChildren<CCellEditor*>();
+    for (CCellEditor* const editor : editors) {
+        if (editor->isVisible() && editor->isEnabled() && editor->index().isValid()) {
+            view->scrollTo(editor->index());
+            editor->setFocus(Qt::OtherFocusReason);
+            return true;
+        }
     }
+    return false;
+}
+
+/// Goes on in an open editor, else starts editing the current cell, else the row's first editable
+/// one, else goes to the row's widgets.
+bool CTableInput::enterRow()
+{
+    if (returnToEditor())
+        return true;
+    CTableView* const view = m_core.view();
+    const QModelIndex current = view->currentIndex();
+    if (current.flags().testFlag(Qt::ItemIsEditable))
+        return view->editCell(current);
     for (int place = 0; place < m_core.store().columnCount(); ++place) {
         const QModelIndex cell =
             current.siblingAtColumn(view->horizontalHeader()->logicalIndex(place));
         if (cell.flags().testFlag(Qt::ItemIsEditable)) {
+            // Whoever hears of the chosen row may rebuild the table.
+            const QPointer<CTableView> guard(view);
+            const QPersistentModelIndex kept(cell);
             view->setCurrentIndex(cell);
-            view->edit(cell);
-            return true;
+            return !guard || view->editCell(kept);
         }
     }
     view->scrollTo(current);
-    const QList<QWidget*> widgets = m_core.currentRowFocusWidgets();
+    const QList<QWidget*> widgets = m_core.focusWidgets(m_core.model().rowAt(current.row()));
     if (widgets.isEmpty())
         return false;
     widgets.first()->setFocus(Qt::TabFocusReason);
     return true;
 }
 
+void CTableInput::updateHint()
+{
+    const CRowStore& store = m_core.store();
+    if (store.rowCount() == 0)
+        return;
+    QStringList keys;
+    if (store.hasTicks())
+        keys.append(tr("空格勾选或取消"));
+    if (m_core.model().isEditable() && store.hasTicks())
+        keys.append(tr("回车编辑"));
+    else if (store.hasWidgets())
+        keys.append(tr("回车进入行内按钮，Esc 返回"));
+    if (!keys.isEmpty())
+        keys.append(tr("Tab 离开列表"));
+    const QString hint = keys.join(QStringLiteral("；"));
+    CTableView* const view = m_core.view();
+    if (view->toolTip() == hint)
+        return;
+    view->setToolTip(hint);
+    view->setAccessibleDescription(hint);
+}
+
+/// All selected rows when the framed one is among them or there is none, else the framed one alone.
 void CTableInput::toggleSelectedTicks()
 {
     if (!m_core.model().isInnerEnabled())
         return;
     QVector<int> rows = m_core.selection().rows();
-    if (rows.isEmpty())
-        rows.append(m_core.model().rowAt(m_core.view()->currentIndex().row()));
+    const int framed = m_core.model().rowAt(m_core.view()->currentIndex().row());
+    if (framed >= 0 && !rows.contains(framed))
+        rows = {framed};
     const CRowStore& store = m_core.store();
     const int currentColumn = m_core.view()->currentIndex().column();
     std::vector<std::pair<int, int>> cells;
@@ -156,14 +255,14 @@ void CTableInput::copySelection()
 {
     const QString text = selectionAsText();
     if (!text.isEmpty())
-        QGuiApplication::clipboard()->setText(text);
+        QApplication::clipboard()->setText(text);
 }
 
 void CTableInput::openFilter()
 {
     CTableFilterBar* const bar = m_core.filterBar();
     if (bar->isHidden()) {
-        m_core.flush();
+        m_core.publish();
         bar->setCount(m_core.model().rowCount(), m_core.store().rowCount());
         bar->show();
         m_core.place();
@@ -196,7 +295,7 @@ void CTableInput::leaveFilter(int key)
     if (key == Qt::Key_Return || key == Qt::Key_Enter)
         return;
     QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
-    QCoreApplication::sendEvent(view, &press);
+    QApplication::sendEvent(view, &press);
 }
 
 void CTableInput::addSortActions(QMenu* menu, int column)
@@ -217,7 +316,7 @@ void CTableInput::addSortActions(QMenu* menu, int column)
 
 void CTableInput::showMenu(const QPoint& globalPos, int column)
 {
-    m_core.flush();
+    m_core.publish();
     auto* const menu = new CMenu(m_core.view());
     menu->setAttribute(Qt::WA_DeleteOnClose);
     const bool hasSelection = m_core.view()->selectionModel()->hasSelection();

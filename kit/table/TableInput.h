@@ -6,6 +6,7 @@ class QInputMethodEvent;
 class QKeyEvent;
 class QMenu;
 class QPoint;
+class QWidget;
 
 namespace KZ {
 
@@ -22,10 +23,14 @@ public:
 
     /// True when the key has been used up.
     bool keyPressed(QKeyEvent& event);
+    /// Whether Esc leads back from a row's widget or closes the filter.
+    bool needsEscape() const;
     void textComposed(QInputMethodEvent& event);
     void showMenu(const QPoint& globalPos, int column);
     /// Empties and closes the filter bar, without taking the focus from elsewhere.
     void clearFilter();
+    /// Tells in the view's tool tip and accessible description what the keys do.
+    void updateHint();
 
 private:
     void toggleSelectedTicks();
@@ -35,6 +40,9 @@ private:
     void closeFilter();
     void leaveFilter(int key);
     bool enterRow();
+    bool returnToEditor();
+    QWidget* focusedCellWidget() const;
+    bool cellWidgetKeyPressed(QWidget* focused, const QKeyEvent& event);
     void addSortActions(QMenu* menu, int column);
 
     CTableCore& m_core;

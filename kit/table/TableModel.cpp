@@ -53,6 +53,11 @@ void CTableModel::setColumnEditable(int column, bool editable)
         m_editable[size_t(column)] = editable;
 }
 
+bool CTableModel::isEditable() const
+{
+    return std::find(m_editable.cbegin(), m_editable.cend(), true) != m_editable.cend();
+}
+
 void CTableModel::setInnerEnabled(bool enabled)
 {
     m_innerEnabled = enabled;
@@ -309,11 +314,15 @@ bool CTableModel::setData(const QModelIndex& index, const QVariant& value, int r
 {
     const int row = index.isValid() ? rowAt(index.row()) : -1;
     const Qt::ItemFlags can = flags(index);
-    if (role == Qt::EditRole && can.testFlag(Qt::ItemIsEditable))
-        return m_textEdited && m_textEdited(row, index.column(), value.toString());
-    if (role != Qt::CheckStateRole || !can.testFlag(Qt::ItemIsUserCheckable) || !m_tickToggled)
+    // Copies, because the handlers may bring about the end of this model.
+    if (role == Qt::EditRole && can.testFlag(Qt::ItemIsEditable)) {
+        const TextHandler handler = m_textEdited;
+        return handler && handler(row, index.column(), value.toString());
+    }
+    const TickHandler handler = m_tickToggled;
+    if (role != Qt::CheckStateRole || !can.testFlag(Qt::ItemIsUserCheckable) || !handler)
         return false;
-    m_tickToggled(row, index.column(), value.toInt() == Qt::Checked);
+    handler(row, index.column(), value.toInt() == Qt::Checked);
     return true;
 }
 
@@ -336,7 +345,7 @@ QVariant CTableModel::headerData(int section, Qt::Orientation orientation, int r
 Qt::ItemFlags CTableModel::flags(const QModelIndex& index) const
 {
     const int row = index.isValid() ? rowAt(index.row()) : -1;
-    if (row < 0)
+    if (!m_store.contains(row, index.column()))
         return Qt::NoItemFlags;
     if (!m_innerEnabled)
         return Qt::ItemNeverHasChildren;

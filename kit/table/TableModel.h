@@ -28,6 +28,8 @@ public:
     void setHandlers(TextHandler textEdited, TickHandler tickToggled);
     void setColumns(int count);
     void setColumnEditable(int column, bool editable);
+    /// Whether any column is editable.
+    bool isEditable() const;
     void setInnerEnabled(bool enabled);
     bool isInnerEnabled() const { return m_innerEnabled; }
     QString headerText(int column) const { return m_headers.value(column); }

@@ -140,8 +140,9 @@ void CTableSelection::userActionEnded()
     if (chosen == m_chosenRow)
         return;
     m_chosenRow = chosen;
-    if (chosen >= 0 && m_chosen)
-        m_chosen(chosen);
+    const auto handler = m_chosen;
+    if (chosen >= 0 && handler)
+        handler(chosen);
 }
 
 } // namespace KZ

@@ -66,18 +66,27 @@ void CTableView::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint
 
 bool CTableView::event(QEvent* event)
 {
+    const QPointer<CTableView> guard(this);
     if (event->type() == QEvent::Paint)
         m_client.aboutToPaint();
+    if (!guard)
+        return true;
+    if (event->type() == QEvent::ShortcutOverride &&
+        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape && m_client.needsEscape()) {
+        event->accept();
+        return true;
+    }
     return QTableView::event(event);
 }
 
 bool CTableView::viewportEvent(QEvent* event)
 {
+    const QPointer<CTableView> guard(this);
     if (event->type() == QEvent::Paint)
         m_client.aboutToPaint();
     else if (event->type() == QEvent::LayoutRequest)
         m_client.cellWidgetResized();
-    return QTableView::viewportEvent(event);
+    return guard ? QTableView::viewportEvent(event) : true;
 }
 
 void CTableView::paintEvent(QPaintEvent* event)
@@ -197,21 +206,22 @@ void CTableView::contextMenuEvent(QContextMenuEvent* event)
 
 bool CTableView::focusNextPrevChild(bool next)
 {
-    QList<QWidget*> stops = m_client.currentRowFocusWidgets();
-    stops.prepend(this);
-    QWidget* const focus = QApplication::focusWidget();
-    const auto isHolder = [focus](QWidget* stop) { return stop == focus; };
-    const auto holder = std::find_if(stops.cbegin(), stops.cend(), isHolder);
-    const qsizetype at = holder == stops.cend() ? 0 : holder - stops.cbegin();
-    const qsizetype target = next ? at + 1 : at - 1;
-    if (target >= 0 && target < stops.size()) {
-        stops[target]->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
-        return true;
-    }
-    // The way out starts at the view, because a cell widget stands anywhere in the focus chain.
-    if (at > 0)
+    const QWidget* const focus = QApplication::focusWidget();
+    if (focus && viewport()->isAncestorOf(focus)) {
+        // The way out starts at the view, because a row's widget stands anywhere in the focus
+        // chain; one that was hidden or disabled leaves the focus there.
+        const bool isLeaving = focus->isVisible() && focus->isEnabled();
+        const QPointer<CTableView> guard(this);
         setFocus(Qt::OtherFocusReason);
+        if (!guard || !isLeaving)
+            return true;
+    }
     return QTableView::focusNextPrevChild(next);
+}
+
+bool CTableView::editCell(const QModelIndex& index)
+{
+    return edit(index, QAbstractItemView::AllEditTriggers, nullptr);
 }
 
 int CTableView::sizeHintForColumn(int column) const

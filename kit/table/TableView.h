@@ -7,8 +7,7 @@ namespace KZ {
 class ITableViewClient;
 
 /// The view inside a COddEvenRowTable. It tells its client before it paints and when cells move,
-/// offers it every key first, and takes Tab through the current row's widgets only, so that the
-/// widgets of a full page are no obstacle on the way through a dialog.
+/// offers it every key first, and is left by Tab at once, also from a row's widget.
 class CTableView : public QTableView
 {
     Q_OBJECT
@@ -18,6 +17,8 @@ public:
 
     /// Carries out a pending layout, so that positions and scroll ranges are valid.
     void layoutNow();
+    /// Opens the editor of a cell; false, silently, when that cannot be.
+    bool editCell(const QModelIndex& index);
 
     void keyboardSearch(const QString& search) override;
 

@@ -3,9 +3,6 @@
 class QInputMethodEvent;
 class QKeyEvent;
 class QPoint;
-class QWidget;
-template <class T>
-class QList;
 
 namespace KZ {
 
@@ -32,8 +29,8 @@ public:
     virtual bool keyPressed(QKeyEvent& event) = 0;
     virtual void textComposed(QInputMethodEvent& event) = 0;
     virtual void contextMenuAsked(const QPoint& globalPos, int column) = 0;
-    /// The current row's widgets that can take the focus, in visual order.
-    virtual QList<QWidget*> currentRowFocusWidgets() = 0;
+    /// Whether Esc means something here and is not the dialog's.
+    virtual bool needsEscape() const = 0;
     /// Width in pixels that the widgets of a column need.
     virtual int cellWidgetWidth(int column) const = 0;
 };

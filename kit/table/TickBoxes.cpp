@@ -6,7 +6,9 @@
 #include "kit/widgets/CheckBox.h"
 
 #include <QEvent>
-#include <QScopedValueRollback>
+#include <QScopeGuard>
+
+#include <utility>
 
 namespace KZ {
 
@@ -15,6 +17,7 @@ namespace {
 /// Texts of a row that name it to assistive tools, and how much of each.
 constexpr int NAMING_TEXTS = 3;
 constexpr qsizetype NAMING_LENGTH = 48;
+constexpr std::pair<int, int> NO_CELL{-1, -1};
 
 } // namespace
 
@@ -47,8 +50,6 @@ CCheckBox* CTickBoxes::take()
 void CTickBoxes::giveBack(CCheckBox* box)
 {
     release(box);
-    // A mouse button that is still down on it must not tick the next cell.
-    box->setDown(false);
     m_spare.emplace_back(box);
 }
 
@@ -62,8 +63,10 @@ void CTickBoxes::watch(CCheckBox* box)
 void CTickBoxes::bind(CCheckBox* box, int row, int column, bool isForeign)
 {
     m_cells.insert(box, {row, column});
-    if (isForeign)
+    if (isForeign) {
+        box->setFocusPolicy(Qt::NoFocus);
         watch(box);
+    }
     show(box);
 }
 
@@ -84,17 +87,29 @@ QString CTickBoxes::nameOf(int row, int column) const
 
 void CTickBoxes::show(CCheckBox* box)
 {
-    const auto cell = m_cells.constFind(box);
-    if (cell == m_cells.cend())
+    const auto found = m_cells.constFind(box);
+    if (found == m_cells.cend())
         return;
-    const CRowStore::STick* const tick = m_store.tick(cell->first, cell->second);
-    if (!tick)
+    const std::pair<int, int> cell = *found;
+    const CRowStore::STick* const present = m_store.tick(cell.first, cell.second);
+    if (!present)
         return;
-    const QScopedValueRollback<bool> showing(m_isShowing, true);
-    box->setId(tick->id);
-    box->setAccessibleName(nameOf(cell->first, cell->second));
-    box->setEnabled(tick->enabled);
-    box->setChecked(tick->checked);
+    const CRowStore::STick tick = *present;
+    const QPointer<CTickBoxes> guard(this);
+    const QPointer<CCheckBox> shown(box);
+    // The box tells others about its changes, and they may rebuild the table.
+    const auto isBound = [&] { return guard && shown && m_cells.value(box, NO_CELL) == cell; };
+    const bool wasShowing = std::exchange(m_isShowing, true);
+    const auto done = qScopeGuard([&guard, wasShowing] {
+        if (guard)
+            guard->m_isShowing = wasShowing;
+    });
+    box->setId(tick.id);
+    box->setAccessibleName(nameOf(cell.first, cell.second));
+    if (isBound())
+        box->setEnabled(tick.enabled);
+    if (isBound())
+        box->setChecked(tick.checked);
 }
 
 void CTickBoxes::read(const QWidget* widget)
@@ -109,7 +124,8 @@ void CTickBoxes::toggled(const QObject* box, bool checked)
     if (m_isShowing || cell == m_cells.cend() || !m_checked)
         return;
     const auto [row, column] = *cell;
-    m_checked(row, column, checked);
+    const Handler handler = m_checked;
+    handler(row, column, checked);
 }
 
 bool CTickBoxes::eventFilter(QObject* object, QEvent* event)
@@ -120,10 +136,13 @@ bool CTickBoxes::eventFilter(QObject* object, QEvent* event)
         const bool isLocked = static_cast<QWidget*>(object)->testAttribute(Qt::WA_ForceDisabled);
         if (cell != m_cells.cend()) {
             const auto [row, column] = *cell;
-            m_enabled(row, column, !isLocked);
+            const QPointer<QObject> guard(object);
+            const Handler handler = m_enabled;
+            handler(row, column, !isLocked);
+            return guard.isNull();
         }
     }
-    return QObject::eventFilter(object, event);
+    return false;
 }
 
 } // namespace KZ

@@ -324,25 +324,17 @@ void TableWidgetsTest::aButtonMayReloadTheTable()
 void TableWidgetsTest::widgetsAreReachedByTheKeyboard()
 {
     TableWidgetsFixture f;
-    auto* const after = new QWidget(&f);
-    after->setFocusPolicy(Qt::StrongFocus);
-    after->setGeometry(0, 0, 5, 5);
     f.showAndWait();
     f.fill(30);
     f.table->selectRow(3);
     f.table->view()->setFocus();
     QCoreApplication::processEvents();
-    QTest::keyClick(f.focusWidget(), Qt::Key_Tab);
-    QTRY_COMPARE(qobject_cast<CSmallNormalButton*>(f.focusWidget())->id(), 3);
+    QTest::keyClick(f.focusWidget(), Qt::Key_Return);
+    QCOMPARE(qobject_cast<CSmallNormalButton*>(f.focusWidget())->id(), 3);
     QTest::keyClick(f.focusWidget(), Qt::Key_Space);
     QCOMPARE(f.eventsOf(EVENT_BUTTON_CLICKED).constFirst().param1, 3);
-    QTest::keyClick(f.focusWidget(), Qt::Key_Tab);
-    QTRY_COMPARE(f.focusWidget(), after);
-    f.table->view()->setFocus();
-    QTest::keyClick(f.focusWidget(), Qt::Key_Return);
-    QTRY_COMPARE(qobject_cast<CSmallNormalButton*>(f.focusWidget())->id(), 3);
-    QTest::keyClick(f.focusWidget(), Qt::Key_Backtab);
-    QTRY_COMPARE(f.focusWidget(), f.table->view());
+    QTest::keyClick(f.focusWidget(), Qt::Key_Escape);
+    QCOMPARE(f.focusWidget(), f.table->view());
 }
 
 void TableWidgetsTest::theFocusReturnsWhenItsWidgetGoes()
