@@ -8,6 +8,7 @@
 #include "authsetting/shell/AuthSettingPage.h"
 #include "authsetting/shell/BusyCount.h"
 #include "authsetting/shell/FocusKeeper.h"
+#include "authsetting/shell/NavigatorFilter.h"
 #include "authsetting/shell/PageFactory.h"
 #include "kit/resources/KitStyle.h"
 #include "kit/resources/UiResource.h"
@@ -54,7 +55,8 @@ CAuthSettingDialog::CAuthSettingDialog(QWidget* parent)
     m_navigator = new CAuthSettingNavigator(this);
     m_navigator->setObjectName(QStringLiteral("halden_navigator"));
     m_navigator->setAccessibleName(QStringLiteral("授权设置导航"));
-    m_navigator->setToolTip(QStringLiteral("Ctrl+PageUp、Ctrl+PageDown 切换，F5 刷新"));
+    m_navigator->setToolTip(
+        QStringLiteral("Ctrl+PageUp、Ctrl+PageDown 切换，Ctrl+F 查找，F5 刷新"));
     KZ::applyKitStyle(m_navigator);
 
     m_closeButton = new KZ::CMediumNormalButton(ID_BUTTON_CLOSE, 1, this);
@@ -64,6 +66,10 @@ CAuthSettingDialog::CAuthSettingDialog(QWidget* parent)
     m_closeButton->setToolTip(QStringLiteral("关闭 (Esc)"));
 
     m_private->focusKeeper = new CFocusKeeper(this, m_closeButton);
+    m_private->navigatorFilter = new CNavigatorFilter(m_navigator);
+    m_private->focusKeeper->setExtraControl(m_private->navigatorFilter->edit());
+    connect(m_private->navigatorFilter, &CNavigatorFilter::closed, m_private->focusKeeper,
+            &CFocusKeeper::check);
     createBusyDisplay();
     takeSizes();
     addShortcuts();
@@ -125,6 +131,8 @@ void CAuthSettingDialog::addShortcuts()
                   whenIdle([this] { m_navigator->stepToNext(); }));
     new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_PageUp), this,
                   whenIdle([this] { m_navigator->stepToPrevious(); }));
+    new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_F), this,
+                  whenIdle([this] { m_private->navigatorFilter->open(); }));
     new QShortcut(QKeySequence(Qt::Key_F5), this, whenIdle([this] { slotUiUpdateAuth(); }));
 }
 
@@ -186,6 +194,7 @@ void CAuthSettingDialog::load()
     if (m_private->navigatorFiller)
         m_private->navigatorFiller(m_navigator);
     m_navigator->expandAll();
+    m_private->navigatorFilter->narrow();
     activateCurrentNode();
     m_navigator->doItemsLayout();
     m_navigator->verticalScrollBar()->setValue(scrolled);
@@ -344,8 +353,10 @@ void CAuthSettingDialog::showEvent(QShowEvent* event)
 
 void CAuthSettingDialog::hideEvent(QHideEvent* event)
 {
-    if (!event->spontaneous())
-        hidePages();
+    if (event->spontaneous())
+        return;
+    m_private->navigatorFilter->close();
+    hidePages();
 }
 
 bool CAuthSettingDialog::handleEvent(int eventId, int param1, int param2, QString text, void* data)

@@ -2,6 +2,7 @@
 
 #include "authsetting/shell/AuthNavigateNode.h"
 #include "authsetting/shell/AuthSettingEvents.h"
+#include "authsetting/shell/NodeHighlight.h"
 #include "authsetting/shell/NodeIconRefresher.h"
 
 #include <climits>
@@ -14,6 +15,7 @@ CAuthSettingNavigator::CAuthSettingNavigator(QWidget* parent)
 {
     setHeaderHidden(true);
     setFocusPolicy(Qt::NoFocus);
+    new CNodeHighlight(this);
     connect(this, &QTreeWidget::currentItemChanged, this,
             &CAuthSettingNavigator::onCurrentItemChanged);
 }

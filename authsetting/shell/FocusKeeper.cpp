@@ -28,6 +28,7 @@ void CFocusKeeper::setPage(CAuthSettingPage* page)
     m_place = nullptr;
     m_placeTable = nullptr;
     m_closeChosen = false;
+    m_atExtra = false;
     QWidget* first = firstPlace();
     if (first)
         setPlace(first);
@@ -58,7 +59,9 @@ void CFocusKeeper::check()
         return;
     }
     QWidget* target = m_dialog;
-    if (isPlace(m_place))
+    if (m_atExtra && isPlace(m_extra))
+        target = m_extra;
+    else if (isPlace(m_place))
         target = m_place;
     else if (isPlace(m_placeTable))
         target = m_placeTable;
@@ -157,6 +160,10 @@ bool CFocusKeeper::isPlace(const QWidget* widget) const
 
 void CFocusKeeper::setPlace(QWidget* place)
 {
+    m_atExtra = place == m_extra;
+    // What the user left for the other control is where he comes back to.
+    if (m_atExtra)
+        return;
     m_place = place;
     m_placeTable = nullptr;
     for (QWidget* at = place->parentWidget(); at && !m_placeTable; at = at->parentWidget())

@@ -50,6 +50,7 @@ private:
     QPointer<QWidget> m_place;
     /// The table that the place is in, which outlives the controls of its rows.
     QPointer<QWidget> m_placeTable;
+    bool m_atExtra = false;
     bool m_closeChosen = false;
     bool m_checking = false;
     bool m_checkPosted = false;

@@ -2,7 +2,8 @@ set(shell_SOURCES
     AccountTextCache.cpp AccountTextCache.h AccountTexts.cpp AccountTexts.h AuthNavigateNode.cpp
     AuthNavigateNode.h AuthSettingDialog.cpp AuthSettingDialog.h AuthSettingDialogPrivate.h
     AuthSettingEvents.h BusyCount.cpp BusyCount.h FocusKeeper.cpp
-    FocusKeeper.h TabOrder.cpp TabOrder.h
+    FocusKeeper.h NavigatorFilter.cpp NavigatorFilter.h NodeHighlight.cpp NodeHighlight.h
+    NodeMarkDelegate.cpp NodeMarkDelegate.h TabOrder.cpp TabOrder.h
     AuthSettingIds.cpp AuthSettingIds.h AuthSettingNavigator.cpp AuthSettingNavigator.h
     AuthSettingPage.cpp AuthSettingPage.h AuthSettingTabPage.cpp AuthSettingTabPage.h
     ClientDate.cpp ClientDate.h NavigatorFiller.cpp NavigatorFiller.h NodeIconRefresher.cpp
