@@ -1,0 +1,66 @@
+#include "tests/monkey/FocusWatch.h"
+
+#include "authsetting/shell/AuthSettingNavigator.h"
+#include "tests/authsetting/ShellTestTools.h"
+#include "tests/monkey/Screen.h"
+
+#include <QApplication>
+
+namespace monkey {
+
+namespace {
+
+bool goesToAnotherWidget(const Action& action)
+{
+    const bool presses = action.kind == Action::PressWidget || action.kind == Action::PressAt;
+    const bool steps =
+        action.kind == Action::Key && (action.a == Qt::Key_Tab || action.a == Qt::Key_Backtab);
+    return presses || steps;
+}
+
+QString describe(const QWidget* widget)
+{
+    if (!widget)
+        return QStringLiteral("nobody");
+    return QStringLiteral("%1 \"%2\"%3%4")
+        .arg(QString::fromLatin1(widget->metaObject()->className()), widget->objectName(),
+             widget->isVisible() ? QString() : QStringLiteral(", hidden"),
+             widget->isEnabled() ? QString() : QStringLiteral(", disabled"));
+}
+
+} // namespace
+
+Failure FocusWatch::check(const OpenDialog& dialog, const Action& action)
+{
+    if (!dialog.isVisible() || QApplication::activePopupWidget() ||
+        QApplication::activeModalWidget() != &dialog)
+        return {};
+    const QWidget* focused =
+        dialog.isActiveWindow() ? QApplication::focusWidget() : dialog.focusWidget();
+    const QString found = QStringLiteral(" the focus is with ") + describe(focused);
+    if (Screen::looksBusy(dialog))
+        return focused == &dialog
+                   ? Failure{}
+                   : Failure{QStringLiteral("focus-busy"), QStringLiteral("while busy") + found};
+    const GW::CAuthSettingPage* page = dialog.shownPage();
+    if (!page || page->tabControl()->tabCount() == 0)
+        return focused == &dialog ? Failure{}
+                                  : Failure{QStringLiteral("focus-empty"),
+                                            QStringLiteral("on the empty page") + found};
+    if (focused && focused->objectName() == QStringLiteral("halden_close_button")) {
+        m_onClose = m_onClose || goesToAnotherWidget(action);
+        return m_onClose ? Failure{} : Failure{QStringLiteral("focus-close"), found};
+    }
+    const auto* tree = dialog.findChild<GW::CAuthSettingNavigator*>();
+    const bool isUsable = focused && focused->isVisible() && focused->isEnabled();
+    if (isUsable && page->isAncestorOf(focused)) {
+        m_onClose = false;
+        return {};
+    }
+    // The tree's filter box stands inside the tree.
+    if (isUsable && tree->isAncestorOf(focused) && focused->inherits("QLineEdit"))
+        return {};
+    return {QStringLiteral("focus"), QStringLiteral("on a page") + found};
+}
+
+} // namespace monkey
