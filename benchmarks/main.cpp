@@ -18,13 +18,22 @@ struct Case
 };
 
 constexpr Case cases[] = {
-    {"overview", bench::measureOverview},      {"batch", bench::measureBatchTab},
-    {"plain", bench::measurePlainTable},       {"growth", bench::measureGrowth},
-    {"memory", bench::measureMemory},          {"scroll", bench::measureScrolling},
-    {"pending", bench::measurePendingRefresh}, {"grant", bench::measureBatchGrants},
-    {"refused", bench::measureRefusedGrants},  {"export", bench::measureFileExport},
-    {"open", bench::measureFirstOpen},         {"subusers", bench::measureSubUsers},
-    {"server", bench::measureServerGrants},    {"desks", bench::measureDeskToDesk},
+    {"overview", bench::measureOverview},
+    {"batch", bench::measureBatchTab},
+    {"plain", bench::measurePlainTable},
+    {"growth", bench::measureGrowth},
+    {"memory", bench::measureMemory},
+    {"scroll", bench::measureScrolling},
+    {"pending", bench::measurePendingRefresh},
+    {"grant", bench::measureBatchGrants},
+    {"refused", bench::measureRefusedGrants},
+    {"export", bench::measureFileExport},
+    {"open", bench::measureFirstOpen},
+    {"subusers", bench::measureSubUsers},
+    {"tree", bench::measureTree},
+    {"largeopen", bench::measureLargeOpen},
+    {"server", bench::measureServerGrants},
+    {"desks", bench::measureDeskToDesk},
 };
 
 QtMessageHandler earlierHandler = nullptr;
@@ -74,14 +83,15 @@ int main(int argc, char** argv)
     memoryOf.setFlags(QCommandLineOption::HiddenFromHelp);
     const QCommandLineOption reloadOf(
         QStringLiteral("reload-of"),
-        QStringLiteral("Only reload this page, overview or batch, for a profiler to look at."),
+        QStringLiteral(
+            "Only reload this page, overview or batch, or the tree, for a profiler to look at."),
         QStringLiteral("page"));
     parser.addOptions({accounts, rounds, output, memoryOf, reloadOf});
     parser.addPositionalArgument(
         QStringLiteral("case"),
         QStringLiteral("Measure only these: overview, batch, plain, growth, memory, "
                        "scroll, pending, grant, refused, export, open, "
-                       "subusers, server, desks."));
+                       "subusers, tree, largeopen, server, desks."));
     parser.process(application);
 
     bench::Scale scale;
@@ -96,7 +106,10 @@ int main(int argc, char** argv)
         return 0;
     }
     if (parser.isSet(reloadOf)) {
-        bench::reloadRepeatedly(parser.value(reloadOf), scale);
+        if (parser.value(reloadOf) == QLatin1String("tree"))
+            bench::reloadTreeRepeatedly(scale);
+        else
+            bench::reloadRepeatedly(parser.value(reloadOf), scale);
         return 0;
     }
     return measureAll(scale, parser.positionalArguments(), parser.value(output));

@@ -11,6 +11,11 @@ void measurePlainTable(const Scale& scale, Results* results);
 void measureGrowth(const Scale& scale, Results* results);
 /// Reloads "overview" or "batch" `rounds` times and measures nothing: a profiler does.
 void reloadRepeatedly(const QString& page, const Scale& scale);
+/// The tree against a QTreeWidget filled in bulk, and the dialog with ten times the accounts.
+void measureTree(const Scale& scale, Results* results);
+void measureLargeOpen(const Scale& scale, Results* results);
+/// The same for the tree.
+void reloadTreeRepeatedly(const Scale& scale);
 /// Each side in a process of its own, started with `--memory-of`, so that neither finds memory that
 /// the other has freed.
 void measureMemory(const Scale& scale, Results* results);
