@@ -15,12 +15,22 @@ public:
                       const QStringList& texts);
     ~CAuthNavigateNode() override;
 
+    /// A node to stand under another: it has no children of its own and tells its whole name, which
+    /// the tree may cut, in its tool tip.
+    static CAuthNavigateNode* newChild(int pageId, int subPageId, const QString& iconKey,
+                                       const QString& key, const QString& text);
+
     int pageId() const { return m_pageId; }
     int subPageId() const { return m_subPageId; }
     /// Account key or sub-user identifier of a child node, empty for a top-level node.
-    QString key() const { return m_key; }
+    const QString& key() const { return m_key; }
     /// Resource key of the icon.
-    QString iconKey() const { return m_iconKey; }
+    const QString& iconKey() const { return m_iconKey; }
+
+    /// Looks the icon up, also when the key stays.
+    void setIconKey(const QString& iconKey);
+    /// Gives a node made by newChild() another name.
+    void setChildName(const QString& text);
 
 private:
     int m_pageId;

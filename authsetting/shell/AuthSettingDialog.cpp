@@ -9,6 +9,7 @@
 #include "authsetting/shell/BusyCount.h"
 #include "authsetting/shell/FocusKeeper.h"
 #include "authsetting/shell/NavigatorFilter.h"
+#include "authsetting/shell/NavigatorNodes.h"
 #include "authsetting/shell/PageFactory.h"
 #include "kit/resources/KitStyle.h"
 #include "kit/resources/UiResource.h"
@@ -193,10 +194,10 @@ void CAuthSettingDialog::load()
     m_navigator->clearNodes();
     if (m_private->navigatorFiller)
         m_private->navigatorFiller(m_navigator);
+    m_navigator->nodes().dropEarlier();
     m_navigator->expandAll();
     m_private->navigatorFilter->narrow();
     activateCurrentNode();
-    m_navigator->doItemsLayout();
     m_navigator->verticalScrollBar()->setValue(scrolled);
 }
 

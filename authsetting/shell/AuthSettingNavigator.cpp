@@ -2,18 +2,18 @@
 
 #include "authsetting/shell/AuthNavigateNode.h"
 #include "authsetting/shell/AuthSettingEvents.h"
+#include "authsetting/shell/NavigatorNodes.h"
 #include "authsetting/shell/NodeHighlight.h"
-#include "authsetting/shell/NodeIconRefresher.h"
 
 #include <climits>
 
 namespace GW {
 
 CAuthSettingNavigator::CAuthSettingNavigator(QWidget* parent)
-    : CEventWidgetT<QTreeWidget>(parent),
-      m_iconRefresher(std::make_unique<CNodeIconRefresher>(this))
+    : CEventWidgetT<QTreeWidget>(parent), m_nodes(std::make_unique<CNavigatorNodes>(this))
 {
     setHeaderHidden(true);
+    setUniformRowHeights(true);
     setFocusPolicy(Qt::NoFocus);
     new CNodeHighlight(this);
     connect(this, &QTreeWidget::currentItemChanged, this,
@@ -35,10 +35,7 @@ void CAuthSettingNavigator::addChildNode(QString text, int pageId, int subPageId
     CAuthNavigateNode* top = m_topNodes.value(pageId);
     if (!top)
         return;
-    auto* node = new CAuthNavigateNode(pageId, subPageId, iconKey, key, {text});
-    // A name wider than the tree ends in an ellipsis there; it is never markup.
-    node->setToolTip(0, QStringLiteral("<qt>") + text.toHtmlEscaped() + QStringLiteral("</qt>"));
-    top->addChild(node);
+    top->addChild(CAuthNavigateNode::newChild(pageId, subPageId, iconKey, key, text));
 }
 
 void CAuthSettingNavigator::activeNode(int pageId)
@@ -64,7 +61,14 @@ void CAuthSettingNavigator::activeNode(int pageId, int subPageId, QString key)
 void CAuthSettingNavigator::clearNodes()
 {
     m_topNodes.clear();
-    clear();
+    m_nodes->setAside();
+}
+
+void CAuthSettingNavigator::addTopNodes(const QList<CAuthNavigateNode*>& nodes)
+{
+    for (CAuthNavigateNode* node : nodes)
+        m_topNodes.insert(node->pageId(), node);
+    addTopLevelItems(QList<QTreeWidgetItem*>(nodes.begin(), nodes.end()));
 }
 
 void CAuthSettingNavigator::stepToNext()

@@ -12,7 +12,7 @@
 namespace GW {
 
 class CAuthNavigateNode;
-class CNodeIconRefresher;
+class CNavigatorNodes;
 
 /// The tree on the left of the dialog. Selecting a node delivers EVENT_SHOW_PAGE for its place.
 ///
@@ -41,8 +41,15 @@ public:
     /// nothing when there is none.
     void activeNode(int pageId, int subPageId, QString key);
 
-    /// Deletes all nodes and forgets them.
+    /// Empties the tree and forgets its nodes.
     void clearNodes();
+
+    /// Adds finished top-level nodes, of different pages, with their children; they become the
+    /// tree's.
+    void addTopNodes(const QList<CAuthNavigateNode*>& nodes);
+
+    /// The nodes as a whole, those of the emptied tree included.
+    CNavigatorNodes& nodes() const { return *m_nodes; }
 
     /// Makes the visible node below or above the current one the current item; the first node when
     /// none is current, nothing at the end of the tree.
@@ -56,7 +63,7 @@ private:
     void stepTo(QTreeWidgetItem* item);
 
     QMap<int, CAuthNavigateNode*> m_topNodes;
-    std::unique_ptr<CNodeIconRefresher> m_iconRefresher;
+    std::unique_ptr<CNavigatorNodes> m_nodes;
 };
 
 } // namespace GW

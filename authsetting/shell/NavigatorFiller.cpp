@@ -5,7 +5,7 @@
 #include "authsetting/services/Services.h"
 #include "authsetting/services/UserConfig.h"
 #include "authsetting/shell/AuthSettingIds.h"
-#include "authsetting/shell/AuthSettingNavigator.h"
+#include "authsetting/shell/NavigatorUpdate.h"
 
 namespace GW {
 
@@ -16,7 +16,7 @@ QString accountIcon()
     return QStringLiteral("gw_img_auth_setting_tree_icon_account");
 }
 
-void addAccountNodes(CAuthSettingNavigator* navigator)
+void addAccountNodes(CNavigatorUpdate* tree)
 {
     CUserConfig* user = getUserConfig();
     if (!user)
@@ -29,19 +29,17 @@ void addAccountNodes(CAuthSettingNavigator* navigator)
             continue;
         const QString text = accountDisplayIDQs(*account);
         if (account->authType == mbservice::AUTH_TYPE_GRANTED_TO_ME) {
-            navigator->addChildNode(text, ID_FUTURE_AUTHSETTING_PAGE_IMPORT_AUTHORIZATION,
-                                    ID_FUTURE_AUTHSETTING_SUBPAGE_SINGLE_AUTHORIZATION,
-                                    accountIcon(), key);
+            tree->addChild(text, ID_FUTURE_AUTHSETTING_PAGE_IMPORT_AUTHORIZATION,
+                           ID_FUTURE_AUTHSETTING_SUBPAGE_SINGLE_AUTHORIZATION, accountIcon(), key);
         } else if (account->authType == mbservice::AUTH_TYPE_NOT_GRANTED ||
                    account->authType == mbservice::AUTH_TYPE_GRANTED_TO_OTHER) {
-            navigator->addChildNode(text, ID_FUTURE_AUTHSETTING_PAGE_ACCOUNTS_AUTHORIZE,
-                                    ID_FUTURE_AUTHSETTING_SUBPAGE_SINGLE_ACCOUNT, accountIcon(),
-                                    key);
+            tree->addChild(text, ID_FUTURE_AUTHSETTING_PAGE_ACCOUNTS_AUTHORIZE,
+                           ID_FUTURE_AUTHSETTING_SUBPAGE_SINGLE_ACCOUNT, accountIcon(), key);
         }
     }
 }
 
-void addSubUserNodes(CAuthSettingNavigator* navigator)
+void addSubUserNodes(CNavigatorUpdate* tree)
 {
     CAuthClient* client = getAuthClient();
     QVector<QString> users;
@@ -51,8 +49,8 @@ void addSubUserNodes(CAuthSettingNavigator* navigator)
         const QString icon = client->isSubUserActive(user)
                                  ? QStringLiteral("gw_img_auth_setting_tree_icon_sub_user")
                                  : QStringLiteral("gw_img_auth_setting_tree_icon_sub_user_d");
-        navigator->addChildNode(user, ID_FUTURE_AUTHSETTING_PAGE_RESTRICTEDUSERS,
-                                ID_FUTURE_AUTHSETTING_SUBPAGE_SINGLE_RESTRICTEDUSER, icon, user);
+        tree->addChild(user, ID_FUTURE_AUTHSETTING_PAGE_RESTRICTEDUSERS,
+                       ID_FUTURE_AUTHSETTING_SUBPAGE_SINGLE_RESTRICTEDUSER, icon, user);
     }
 }
 
@@ -60,15 +58,16 @@ void addSubUserNodes(CAuthSettingNavigator* navigator)
 
 void fillNavigator(CAuthSettingNavigator* navigator)
 {
-    navigator->addTopNode(QStringLiteral("账号授权"), ID_FUTURE_AUTHSETTING_PAGE_ACCOUNTS_AUTHORIZE,
-                          QStringLiteral("gw_img_auth_setting_tree_icon_authorize"));
-    navigator->addTopNode(QStringLiteral("导入授权"),
-                          ID_FUTURE_AUTHSETTING_PAGE_IMPORT_AUTHORIZATION,
-                          QStringLiteral("gw_img_auth_setting_tree_icon_import_auth"));
-    navigator->addTopNode(QStringLiteral("子用户"), ID_FUTURE_AUTHSETTING_PAGE_RESTRICTEDUSERS,
-                          QStringLiteral("gw_img_auth_setting_tree_icon_sub_user"));
-    addAccountNodes(navigator);
-    addSubUserNodes(navigator);
+    CNavigatorUpdate tree(navigator);
+    tree.addTop(QStringLiteral("账号授权"), ID_FUTURE_AUTHSETTING_PAGE_ACCOUNTS_AUTHORIZE,
+                QStringLiteral("gw_img_auth_setting_tree_icon_authorize"));
+    tree.addTop(QStringLiteral("导入授权"), ID_FUTURE_AUTHSETTING_PAGE_IMPORT_AUTHORIZATION,
+                QStringLiteral("gw_img_auth_setting_tree_icon_import_auth"));
+    tree.addTop(QStringLiteral("子用户"), ID_FUTURE_AUTHSETTING_PAGE_RESTRICTEDUSERS,
+                QStringLiteral("gw_img_auth_setting_tree_icon_sub_user"));
+    addAccountNodes(&tree);
+    addSubUserNodes(&tree);
+    tree.show();
 }
 
 } // namespace GW

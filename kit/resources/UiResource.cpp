@@ -10,6 +10,13 @@ namespace {
 
 CUiResource::Theme currentTheme = CUiResource::Theme::Light;
 
+// A tree asks ten thousand times for the same few.
+QHash<QString, QIcon>& knownIcons()
+{
+    static QHash<QString, QIcon> icons;
+    return icons;
+}
+
 void setForAllGroups(QPalette& palette, QPalette::ColorRole role, const char* key)
 {
     palette.setColor(role, CUiResource::getColor(QLatin1String(key)));
@@ -42,7 +49,13 @@ QColor CUiResource::getColor(const QString& key)
 
 QIcon CUiResource::getIcon(const QString& key)
 {
-    return getIcon(key, QString());
+    const auto known = knownIcons().constFind(key);
+    if (known != knownIcons().constEnd())
+        return *known;
+    const QIcon icon = getIcon(key, QString());
+    if (CResourceTable::instance().icons.contains(key))
+        knownIcons().insert(key, icon);
+    return icon;
 }
 
 QIcon CUiResource::getIcon(const QString& key, const QString& colorKey)
@@ -74,6 +87,8 @@ void CUiResource::setTheme(Theme theme)
     if (theme == currentTheme)
         return;
     currentTheme = theme;
+    // Whoever compares the icon that he has with the one he is given sees that it is another.
+    knownIcons().clear();
     CUiResourceChangeHandler::notifyAll();
 }
 
