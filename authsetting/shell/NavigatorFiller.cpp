@@ -21,7 +21,9 @@ void addAccountNodes(CNavigatorUpdate* tree)
     CUserConfig* user = getUserConfig();
     if (!user)
         return;
-    for (const auto& account : std::as_const(user->accounts)) {
+    // A copy, because the client may change the list while its reads are under way.
+    const QVector<boost::shared_ptr<CAccount>> accounts = user->accounts;
+    for (const boost::shared_ptr<CAccount>& account : accounts) {
         if (!account)
             continue;
         const QString key = account->key();
