@@ -2,7 +2,6 @@
 
 #include "authsetting/authorize/BatchAccountsTable.h"
 #include "authsetting/authorize/BatchForm.h"
-#include "authsetting/authorize/GrantFilePrompt.h"
 #include "authsetting/authorize/GrantMenu.h"
 #include "authsetting/authorize/GranteeList.h"
 #include "authsetting/authorize/SecretText.h"
@@ -22,8 +21,6 @@
 #include "kit/widgets/ComboBox.h"
 #include "kit/widgets/MediumNormalButton.h"
 
-#include <QPointer>
-
 #include <boost/make_shared.hpp>
 
 #include <utility>
@@ -40,10 +37,10 @@ constexpr int hintTip = 2;
 CAuthSettingAccountsAuthorizeTabPage::CAuthSettingAccountsAuthorizeTabPage(QWidget* parent)
     : IAuthSettingTabPage(ID_FUTURE_AUTHSETTING_PAGE_ACCOUNTS_AUTHORIZE, -1,
                           ID_FUTURE_AUTHSETTING_TABPAGE_ACCOUNTS_AUTHORIZE, parent),
-      m_form(new CBatchForm(this)), m_reloads(this), m_outcomes(this)
+      m_form(new CBatchForm(this)), m_choice(asPage()), m_reloads(this), m_outcomes(this)
 {
     setInnerStretchWidget(m_form, 0, 0, 0, 0);
-    buildMenu();
+    m_choice.menu()->setObjectName(QStringLiteral("halden_batch_menu"));
     connectClient();
     setDisabled(true);
 }
@@ -53,16 +50,16 @@ CAuthSettingAccountsAuthorizeTabPage::~CAuthSettingAccountsAuthorizeTabPage()
     wipeSecret(m_exportPassword);
 }
 
-void CAuthSettingAccountsAuthorizeTabPage::buildMenu()
+CGrantChoice::Page CAuthSettingAccountsAuthorizeTabPage::asPage()
 {
-    m_authMenu = new CGrantMenu(this);
-    m_authMenu->setObjectName(QStringLiteral("halden_batch_menu"));
-    connect(m_authMenu->fileAction(), &QAction::triggered, this, [this] { grantFromMenu(false); });
-    connect(m_authMenu->serverAction(), &QAction::triggered, this, [this] { grantFromMenu(true); });
-    connect(m_authMenu, &CGrantMenu::closed, this, [this] {
-        m_offer.reset();
-        m_menuHold.reset();
-    });
+    return {this, m_reloads,
+            [this]() -> CGrantChoice::Check {
+                return [this, offer = shownOffer()] { return stillHolds(offer); };
+            },
+            [this] { tellChanged(); },
+            [this](bool toServer) {
+                toServer ? onServerAuthTriggered(false) : onFileAuthTriggered(false);
+            }};
 }
 
 void CAuthSettingAccountsAuthorizeTabPage::connectClient()
@@ -140,17 +137,6 @@ bool CAuthSettingAccountsAuthorizeTabPage::stillHolds(const CBatchOffer& offer) 
     return isVisible() && shownOffer() == offer && areGrantable(offer.keys);
 }
 
-void CAuthSettingAccountsAuthorizeTabPage::grantFromMenu(bool toServer)
-{
-    const std::optional<CBatchOffer> offer = std::exchange(m_offer, std::nullopt);
-    if (offer && !stillHolds(*offer))
-        tellChanged();
-    else if (toServer)
-        onServerAuthTriggered(false);
-    else
-        onFileAuthTriggered(false);
-}
-
 void CAuthSettingAccountsAuthorizeTabPage::tellChanged()
 {
     reloadData();
@@ -172,28 +158,11 @@ void CAuthSettingAccountsAuthorizeTabPage::onFileAuthTriggered(bool)
 {
     if (!isReadyToGrant())
         return;
-    std::optional<CBatchOffer> offer;
-    std::optional<CReloadGate::Hold> hold;
-    if (isUserLooking(this)) {
-        offer = shownOffer();
-        hold.emplace(m_reloads);
-    }
-    const QPointer<QWidget> self(this);
-    const QString path = chooseGrantFile(this);
-    if (!self)
+    CGrantChoice::FilePrompt prompt(m_choice);
+    const QString path = prompt.chooseFile();
+    if (path.isEmpty())
         return;
-    m_exportPath = path;
-    if (m_exportPath.isEmpty())
-        return;
-    if (offer && !stillHolds(*offer)) {
-        tellChanged();
-        return;
-    }
-    askGrantPassword(this, [this, offer, path](const QString& password) {
-        if (offer && !stillHolds(*offer)) {
-            tellChanged();
-            return;
-        }
+    prompt.askPassword([this, path](const QString& password) {
         m_exportPath = path;
         authPasswordForFile(password);
     });
@@ -419,15 +388,6 @@ void CAuthSettingAccountsAuthorizeTabPage::checkDates()
     m_form->showPendingInSelected();
 }
 
-void CAuthSettingAccountsAuthorizeTabPage::popUpMenu(const void* sender)
-{
-    if (isUserLooking(this, sender)) {
-        m_offer = shownOffer();
-        m_menuHold.emplace(m_reloads);
-    }
-    m_authMenu->popUpBelow(m_form->authorizeButton(), 0);
-}
-
 bool CAuthSettingAccountsAuthorizeTabPage::handleEvent(int eventId, int param1, int param2,
                                                        QString text, void* data)
 {
@@ -435,7 +395,7 @@ bool CAuthSettingAccountsAuthorizeTabPage::handleEvent(int eventId, int param1, 
     case KZ::EVENT_BUTTON_CLICKED:
         if (param1 != CBatchForm::AUTHORIZE_BUTTON_ID)
             break;
-        popUpMenu(data);
+        m_choice.popUpBelow(m_form->authorizeButton(), 0, data);
         return true;
     case KZ::EVENT_CHECK_TOGGLED:
         onTicked(param1, param2 != 0);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "authsetting/authorize/BatchOffer.h"
+#include "authsetting/authorize/GrantChoice.h"
 #include "authsetting/authorize/GrantRequests.h"
 #include "authsetting/services/AccountInfo.h"
 #include "authsetting/services/AuthDetail.h"
@@ -16,13 +17,10 @@
 
 #include <boost/shared_ptr.hpp>
 
-#include <optional>
-
 namespace GW {
 
 class CAccount;
 class CBatchForm;
-class CGrantMenu;
 
 /// The tab "批量授权": grants every ticked account to one user for a range of days, on the server
 /// or into an authorization file, and cancels the grant of a single row.
@@ -56,7 +54,7 @@ public Q_SLOTS:
     void onServerAuthTriggered(bool checked);
 
 private:
-    void buildMenu();
+    CGrantChoice::Page asPage();
     void connectClient();
     void fill();
     void fillTable();
@@ -64,7 +62,6 @@ private:
     CBatchOffer shownOffer() const;
     /// Whether the page still shows the offer and all of its accounts can be granted.
     bool stillHolds(const CBatchOffer& offer) const;
-    void grantFromMenu(bool toServer);
     void tellChanged();
 
     bool isReadyToGrant();
@@ -84,14 +81,11 @@ private:
     void onTicked(int row, bool ticked);
     void checkGrantee();
     void checkDates();
-    void popUpMenu(const void* sender);
     void reloadEverything();
 
     CBatchForm* m_form;
-    CGrantMenu* m_authMenu = nullptr;
-    /// What the user saw when he opened the menu.
-    std::optional<CBatchOffer> m_offer;
-    std::optional<CReloadGate::Hold> m_menuHold;
+    CGrantChoice m_choice;
+    // Behind the choice, so that a page that goes with its menu open is not filled once more.
     CReloadGate m_reloads;
     COutcomes m_outcomes;
     CGrantRequests m_requests;

@@ -1,7 +1,5 @@
 #include "authsetting/authorize/AuthSettingSingleAccountAuthorizeTabPage.h"
 
-#include "authsetting/authorize/GrantFilePrompt.h"
-#include "authsetting/authorize/GrantMenu.h"
 #include "authsetting/authorize/MarginThreshold.h"
 #include "authsetting/authorize/SecretText.h"
 #include "authsetting/authorize/SingleAccountForm.h"
@@ -23,7 +21,6 @@
 #include "kit/widgets/MediumNormalButton.h"
 
 #include <QHideEvent>
-#include <QPointer>
 #include <QScopedValueRollback>
 #include <QShowEvent>
 
@@ -69,15 +66,9 @@ CAuthSettingSingleAccountAuthorizeTabPage::CAuthSettingSingleAccountAuthorizeTab
     bool single, QWidget* parent)
     : IAuthSettingTabPage(pageOf(single), subPageOf(single), tabPageOf(single), parent),
       m_form(new CSingleAccountForm(this)), m_granted(boost::make_shared<CAuthDetail>()),
-      m_menu(new CGrantMenu(this)), m_reloads(this), m_outcomes(this)
+      m_choice(asPage()), m_reloads(this), m_outcomes(this)
 {
     setInnerStretchWidget(m_form, 0, 0, 0, 0);
-    connect(m_menu->fileAction(), &QAction::triggered, this, [this] { grantFromMenu(false); });
-    connect(m_menu->serverAction(), &QAction::triggered, this, [this] { grantFromMenu(true); });
-    connect(m_menu, &CGrantMenu::closed, this, [this] {
-        m_offer.reset();
-        m_menuHold.reset();
-    });
     connectClient();
     setDisabled(true);
 }
@@ -85,6 +76,18 @@ CAuthSettingSingleAccountAuthorizeTabPage::CAuthSettingSingleAccountAuthorizeTab
 CAuthSettingSingleAccountAuthorizeTabPage::~CAuthSettingSingleAccountAuthorizeTabPage()
 {
     wipeSecret(m_exportPassword);
+}
+
+CGrantChoice::Page CAuthSettingSingleAccountAuthorizeTabPage::asPage()
+{
+    return {this, m_reloads,
+            [this]() -> CGrantChoice::Check {
+                return [this, offer = shownOffer()] { return stillHolds(offer); };
+            },
+            [this] { tellChanged(); },
+            [this](bool toServer) {
+                toServer ? onServerAuthTriggered(false) : onFileAuthTriggered(false);
+            }};
 }
 
 void CAuthSettingSingleAccountAuthorizeTabPage::connectClient()
@@ -242,16 +245,7 @@ void CAuthSettingSingleAccountAuthorizeTabPage::onGrantButton(const void* sender
     else if (authType() == mbservice::AUTH_TYPE_GRANTED_TO_OTHER)
         cancelGrant();
     else if (!m_form->returnToOpenThreshold())
-        popUpMenu(sender);
-}
-
-void CAuthSettingSingleAccountAuthorizeTabPage::popUpMenu(const void* sender)
-{
-    if (isUserLooking(this, sender)) {
-        m_offer = shownOffer();
-        m_menuHold.emplace(m_reloads);
-    }
-    m_menu->popUpBelow(m_form->grantButton(), 1);
+        m_choice.popUpBelow(m_form->grantButton(), 1, sender);
 }
 
 CSingleAccountOffer CAuthSettingSingleAccountAuthorizeTabPage::shownOffer() const
@@ -262,17 +256,6 @@ CSingleAccountOffer CAuthSettingSingleAccountAuthorizeTabPage::shownOffer() cons
 bool CAuthSettingSingleAccountAuthorizeTabPage::stillHolds(const CSingleAccountOffer& offer) const
 {
     return isVisible() && key() == offer.accountKey && shownOffer() == offer && m_shown.isTrue();
-}
-
-void CAuthSettingSingleAccountAuthorizeTabPage::grantFromMenu(bool toServer)
-{
-    const std::optional<CSingleAccountOffer> offer = std::exchange(m_offer, std::nullopt);
-    if (offer && !stillHolds(*offer))
-        tellChanged();
-    else if (toServer)
-        onServerAuthTriggered(false);
-    else
-        onFileAuthTriggered(false);
 }
 
 void CAuthSettingSingleAccountAuthorizeTabPage::tellChanged()
@@ -299,26 +282,11 @@ void CAuthSettingSingleAccountAuthorizeTabPage::onFileAuthTriggered(bool)
 {
     if (!checkGrantee())
         return;
-    std::optional<CSingleAccountOffer> offer;
-    std::optional<CReloadGate::Hold> hold;
-    if (isUserLooking(this)) {
-        offer = shownOffer();
-        hold.emplace(m_reloads);
-    }
-    const QPointer<CAuthSettingSingleAccountAuthorizeTabPage> self = this;
-    const QString path = chooseGrantFile(this);
-    if (!self || path.isEmpty())
+    CGrantChoice::FilePrompt prompt(m_choice);
+    const QString path = prompt.chooseFile();
+    if (path.isEmpty())
         return;
-    if (offer && !stillHolds(*offer)) {
-        tellChanged();
-        return;
-    }
-    m_exportPath = path;
-    askGrantPassword(this, [this, offer, path](const QString& password) {
-        if (offer && !stillHolds(*offer)) {
-            tellChanged();
-            return;
-        }
+    prompt.askPassword([this, path](const QString& password) {
         m_exportPath = path;
         authPasswordForFile(password);
     });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "authsetting/authorize/GrantChoice.h"
 #include "authsetting/authorize/GrantRequests.h"
 #include "authsetting/authorize/ShownAccount.h"
 #include "authsetting/authorize/SingleAccountOffer.h"
@@ -16,12 +17,9 @@
 
 #include <boost/shared_ptr.hpp>
 
-#include <optional>
-
 namespace GW {
 
 class CAccount;
-class CGrantMenu;
 class CSingleAccountForm;
 
 /// One of the user's accounts, named by the tab page's key: grants it to one user, on the server or
@@ -62,13 +60,12 @@ protected:
 private:
     boost::shared_ptr<CAccount> account() const;
     mbservice::EAuthType authType() const;
+    CGrantChoice::Page asPage();
     void connectClient();
     void fill();
     bool checkGrantee();
     void checkDates();
     void onGrantButton(const void* sender);
-    void popUpMenu(const void* sender);
-    void grantFromMenu(bool toServer);
     CSingleAccountOffer shownOffer() const;
     bool stillHolds(const CSingleAccountOffer& offer) const;
     void tellChanged();
@@ -88,12 +85,10 @@ private:
     /// Password and file for the grant that is about to be asked for.
     QString m_exportPassword;
     QString m_exportPath;
-    CGrantMenu* m_menu;
     /// The account that the form shows.
     CShownAccount m_shown;
-    /// What the user saw when he opened the menu.
-    std::optional<CSingleAccountOffer> m_offer;
-    std::optional<CReloadGate::Hold> m_menuHold;
+    CGrantChoice m_choice;
+    // Behind the choice, so that a page that goes with its menu open is not filled once more.
     CReloadGate m_reloads;
     COutcomes m_outcomes;
     CGrantRequests m_requests;

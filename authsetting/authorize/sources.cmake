@@ -10,3 +10,4 @@ list(APPEND authorize_SOURCES MarginThreshold.cpp MarginThreshold.h PlatformSett
 list(APPEND authorize_SOURCES SecretText.cpp SecretText.h SingleAccountForm.cpp SingleAccountForm.h)
 list(APPEND authorize_SOURCES GrantRequest.cpp GrantRequest.h GrantRequests.cpp GrantRequests.h)
 list(APPEND authorize_SOURCES ShownAccount.cpp ShownAccount.h SingleAccountOffer.h)
+list(APPEND authorize_SOURCES GrantChoice.cpp GrantChoice.h)

@@ -1,7 +1,6 @@
 #include "authsetting/subusers/AuthSettingSingleRestrictedUserGeneralTabPage.h"
 
 #include "authsetting/authorize/GrantButton.h"
-#include "authsetting/authorize/GrantMenu.h"
 #include "authsetting/authorize/SecretText.h"
 #include "authsetting/services/AccountKey.h"
 #include "authsetting/services/AuthClient.h"
@@ -44,8 +43,9 @@ CAuthSettingSingleRestrictedUserGeneralTabPage::CAuthSettingSingleRestrictedUser
     : IAuthSettingTabPage(ID_FUTURE_AUTHSETTING_PAGE_RESTRICTEDUSERS,
                           ID_FUTURE_AUTHSETTING_SUBPAGE_SINGLE_RESTRICTEDUSER,
                           ID_FUTURE_AUTHSETTING_TABPAGE_SINGLE_RESTRICTEDUSER_GENERAL, parent),
-      m_reloads(this), m_outcomes(this), m_refreshGate([this] { refreshRows(); }),
-      m_grantGate([this] { repeatAfterGrant(); }), m_stateGate([this] { reloadEverything(); })
+      m_choice(asPage()), m_reloads(this), m_outcomes(this),
+      m_refreshGate([this] { refreshRows(); }), m_grantGate([this] { repeatAfterGrant(); }),
+      m_stateGate([this] { reloadEverything(); })
 {
     buildLayout();
     if (const CAuthClient* client = getAuthClient()) {
@@ -78,14 +78,6 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::buildLayout()
     m_stateButton->setAccessibleDescription(keys);
     m_form->setStateHint(QStringLiteral("启用或禁用 (%1)").arg(keys));
     m_stateButton->raise();
-
-    m_menu = new CGrantMenu(this);
-    connect(m_menu->fileAction(), &QAction::triggered, this, [this] { grantFromMenu(false); });
-    connect(m_menu->serverAction(), &QAction::triggered, this, [this] { grantFromMenu(true); });
-    connect(m_menu, &CGrantMenu::closed, this, [this] {
-        m_offer.reset();
-        m_menuHold.reset();
-    });
 }
 
 void CAuthSettingSingleRestrictedUserGeneralTabPage::resizeEvent(QResizeEvent* event)
@@ -130,8 +122,12 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::fill()
                          account->authType != mbservice::AUTH_TYPE_GRANTED_TO_OTHER))
             continue;
         const QString accountKey = account->key();
-        if (!user->isSubAccount(accountKey) && !user->hasSubAccount(accountKey))
-            lastDays = fillRow(m_table->addAccount(account));
+        if (user->isSubAccount(accountKey) || user->hasSubAccount(accountKey))
+            continue;
+        const int row = m_table->addAccount(account);
+        // A place in one user's table is none in another's.
+        m_table->setRowKey(row, key() + u'\n' + accountKey);
+        lastDays = fillRow(row);
     }
     // Every filled row sets the editors; only the last one's days are ever seen.
     if (m_table->rowCount() > 0)
@@ -260,7 +256,7 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::onClicked(int id, void* sen
     else if (id == stateButtonId)
         onStateButton(sender);
     else if (id == grantButtonId)
-        popUpMenu(sender);
+        m_choice.popUpBelow(m_grantButton, 1, sender);
 }
 
 void CAuthSettingSingleRestrictedUserGeneralTabPage::onRowToggled(int id)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "authsetting/authorize/GrantChoice.h"
 #include "authsetting/authorize/GrantRequests.h"
 #include "authsetting/services/AccountInfo.h"
 #include "authsetting/services/AuthLimit.h"
@@ -12,8 +13,6 @@
 #include <QString>
 #include <QVariant>
 
-#include <optional>
-
 namespace KZ {
 class CMediumNormalButton;
 class CPushButton;
@@ -21,7 +20,6 @@ class CPushButton;
 
 namespace GW {
 
-class CGrantMenu;
 class CRestrictedUserForm;
 class CRestrictedUserTable;
 
@@ -62,6 +60,7 @@ protected:
     void hideEvent(QHideEvent* event) override;
 
 private:
+    CGrantChoice::Page asPage();
     void buildLayout();
     void fill();
 
@@ -87,8 +86,6 @@ private:
     /// Whether page and user are still those for whom `pending` was shown, and every account of it
     /// is still ticked and can be granted.
     bool stillHolds(const CPendingGrants& pending) const;
-    void popUpMenu(const void* sender);
-    void grantFromMenu(bool toServer);
     void tellChanged(QWidget* control);
     bool checkSelection();
     void beginGrant();
@@ -106,7 +103,6 @@ private:
     KZ::CPushButton* m_stateButton = nullptr;
     KZ::CMediumNormalButton* m_grantButton = nullptr;
     CRestrictedUserTable* m_table = nullptr;
-    CGrantMenu* m_menu = nullptr;
     /// The user for whom the form was filled, and his state as it shows it.
     QString m_shownKey;
     bool m_shownEnabled = false;
@@ -117,9 +113,8 @@ private:
     bool m_granting = false;
     int m_endedGrants = 0;
     CPendingGrants m_pending;
-    /// What the user saw when he opened the menu.
-    std::optional<CPendingGrants> m_offer;
-    std::optional<CReloadGate::Hold> m_menuHold;
+    CGrantChoice m_choice;
+    // Behind the choice, so that a page that goes with its menu open is not filled once more.
     CReloadGate m_reloads;
     COutcomes m_outcomes;
     CGrantRequests m_requests;

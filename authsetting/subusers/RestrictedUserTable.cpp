@@ -68,7 +68,6 @@ int CRestrictedUserTable::addAccount(const boost::shared_ptr<CAccount>& account)
     const QString key = genAccountKeyQs(keyToAccountInfo(account->key()));
     m_rows.append({account, key, false, {}});
     m_rowOfKey.insert(key, row);
-    setRowKey(row, key);
     offerCancelButton(row);
     return row;
 }

@@ -3,8 +3,6 @@
 // class beside it would only pass each call on and back.
 
 #include "authsetting/authorize/BatchOffer.h"
-#include "authsetting/authorize/GrantFilePrompt.h"
-#include "authsetting/authorize/GrantMenu.h"
 #include "authsetting/authorize/SecretText.h"
 #include "authsetting/services/AccountKey.h"
 #include "authsetting/services/AuthClient.h"
@@ -22,8 +20,6 @@
 
 #include <boost/make_shared.hpp>
 
-#include <utility>
-
 namespace GW {
 
 namespace {
@@ -34,24 +30,16 @@ using Self = CAuthSettingSingleRestrictedUserGeneralTabPage;
 
 } // namespace
 
-void CAuthSettingSingleRestrictedUserGeneralTabPage::popUpMenu(const void* sender)
+CGrantChoice::Page CAuthSettingSingleRestrictedUserGeneralTabPage::asPage()
 {
-    if (isUserLooking(this, sender)) {
-        m_offer = m_pending;
-        m_menuHold.emplace(m_reloads);
-    }
-    m_menu->popUpBelow(m_grantButton, 1);
-}
-
-void CAuthSettingSingleRestrictedUserGeneralTabPage::grantFromMenu(bool toServer)
-{
-    const std::optional<CPendingGrants> offer = std::exchange(m_offer, std::nullopt);
-    if (offer && !stillHolds(*offer))
-        tellChanged(m_grantButton);
-    else if (toServer)
-        onServerAuthTriggered(false);
-    else
-        onFileAuthTriggered(false);
+    return {this, m_reloads,
+            [this]() -> CGrantChoice::Check {
+                return [this, pending = m_pending] { return stillHolds(pending); };
+            },
+            [this] { tellChanged(m_grantButton); },
+            [this](bool toServer) {
+                toServer ? onServerAuthTriggered(false) : onFileAuthTriggered(false);
+            }};
 }
 
 bool CAuthSettingSingleRestrictedUserGeneralTabPage::stillHolds(const CPendingGrants& pending) const
@@ -98,28 +86,14 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::onFileAuthTriggered(bool)
 {
     if (!checkSelection())
         return;
-    std::optional<CPendingGrants> offer;
-    std::optional<CReloadGate::Hold> hold;
-    if (isUserLooking(this)) {
-        offer = m_pending;
-        hold.emplace(m_reloads);
-    }
+    CGrantChoice::FilePrompt prompt(m_choice);
     const QPointer<Self> self = this;
-    const QString path = chooseGrantFile(this);
-    if (!self || path.isEmpty())
+    const QString path = prompt.chooseFile();
+    if (path.isEmpty())
         return;
-    if (offer && !stillHolds(*offer)) {
-        tellChanged(m_grantButton);
-        return;
-    }
-    m_exportPath = path;
     beginGrant();
     const int endedBefore = m_endedGrants;
-    const bool accepted = askGrantPassword(this, [this, offer, path](const QString& password) {
-        if (offer && !stillHolds(*offer)) {
-            tellChanged(m_grantButton);
-            return;
-        }
+    const bool accepted = prompt.askPassword([this, path](const QString& password) {
         m_exportPath = path;
         authPasswordForFile(password);
     });

@@ -346,7 +346,7 @@ private Q_SLOTS:
         test.table()->selectRow(1);
         test.services().user.accounts.removeFirst();
         Q_EMIT test.client().sigUiUpdateAuth();
-        QCOMPARE(test.table()->rowKey(test.table()->selectedRow()), test.accounts[1]->key());
+        QCOMPARE(test.table()->itemText(test.table()->selectedRow(), 3), QStringLiteral("1001"));
         test.services().user.accounts.removeFirst();
         Q_EMIT test.client().sigUiUpdateAuth();
         QCOMPARE(test.table()->selectedRow(), -1);
