@@ -10,7 +10,6 @@
 #include "kit/table/TickBoxes.h"
 #include "kit/widgets/CheckBox.h"
 
-#include <QApplication>
 #include <QScopeGuard>
 #include <QStyle>
 #include <QTableView>
@@ -44,13 +43,12 @@ private:
 
 CCellWidgetLayer::CCellWidgetLayer(QTableView* view, CRowStore& store, const CTableModel& model,
                                    QWidget* table)
-    : QObject(view), m_view(view), m_store(store), m_model(model), m_parking(new QWidget(table)),
-      m_buttons(new CCellButtons([this](const QWidget* widget) { return rowOfWidget(widget) >= 0; },
-                                 this)),
+    : QObject(view), m_view(view), m_store(store), m_model(model), m_parking(view, table),
+      m_buttons(new CCellButtons(
+          [this](const QWidget* widget) { return cellOfWidget(widget).first >= 0; }, this)),
       m_boxes(new CTickBoxes(store, model, view->viewport())),
       m_columnWidgets(std::make_unique<CColumnWidgets>())
 {
-    m_parking->hide();
 }
 
 CCellWidgetLayer::~CCellWidgetLayer() = default;
@@ -67,13 +65,13 @@ QWidget* CCellWidgetLayer::existingWidget(int row, int column) const
     return found == m_cells.end() ? nullptr : found->second.widget.data();
 }
 
-int CCellWidgetLayer::rowOfWidget(const QWidget* widget) const
+std::pair<int, int> CCellWidgetLayer::cellOfWidget(const QWidget* widget) const
 {
     for (const auto& [key, cell] : m_cells) {
         if (cell.widget && (cell.widget == widget || cell.widget->isAncestorOf(widget)))
-            return cell.row;
+            return {cell.row, cell.column};
     }
-    return -1;
+    return {-1, -1};
 }
 
 QWidget* CCellWidgetLayer::widget(int row, int column)
@@ -89,7 +87,7 @@ QWidget* CCellWidgetLayer::widget(int row, int column)
     }
     // One that is not in its place would show up in a corner as soon as the viewport is shown.
     if (cell->pass != m_pass || m_pass == 0)
-        park(widget);
+        m_parking.park(widget);
     return watch ? widget.data() : nullptr;
 }
 
@@ -114,7 +112,7 @@ void CCellWidgetLayer::adopt(int row, int column, QWidget* widget)
         m_boxes->bind(box, row, column, true);
     }
     if (watch && adopted)
-        park(adopted);
+        m_parking.park(adopted);
     if (watch)
         prepare(key);
 }
@@ -136,7 +134,7 @@ void CCellWidgetLayer::drop(int row, int column)
 
 void CCellWidgetLayer::setEnabled(bool enabled)
 {
-    m_parking->setEnabled(enabled);
+    m_parking.setEnabled(enabled);
 }
 
 void CCellWidgetLayer::clear()
@@ -154,39 +152,12 @@ void CCellWidgetLayer::clear()
     }
 }
 
-/// Deletes later, because the widget may be the one whose event is being handled; until then it
-/// answers nothing.
 void CCellWidgetLayer::discard(QWidget* widget)
 {
     if (!widget)
         return;
     m_boxes->release(widget);
-    const QPointer<QWidget> gone(widget);
-    takeFocusFrom(widget);
-    if (gone)
-        gone->hide();
-    if (gone)
-        gone->setEnabled(false);
-    if (gone)
-        gone->deleteLater();
-}
-
-void CCellWidgetLayer::park(QWidget* widget)
-{
-    if (widget->parentWidget() == m_parking)
-        return;
-    const QPointer<CCellWidgetLayer> guard(this);
-    const QPointer<QWidget> parked(widget);
-    takeFocusFrom(widget);
-    if (guard && parked)
-        parked->setParent(m_parking);
-}
-
-void CCellWidgetLayer::takeFocusFrom(const QWidget* widget)
-{
-    if (const QWidget* const focus = QApplication::focusWidget();
-        focus && (focus == widget || widget->isAncestorOf(focus)))
-        m_view->setFocus(Qt::OtherFocusReason);
+    m_parking.discard(widget);
 }
 
 QWidget* CCellWidgetLayer::ensure(int row, int column)
@@ -356,29 +327,6 @@ int CCellWidgetLayer::neededWidth(int column) const
     return size_t(column) < m_neededWidths.size() ? m_neededWidths[size_t(column)] : 0;
 }
 
-std::vector<quint64> CCellWidgetLayer::cellsInSight() const
-{
-    std::vector<quint64> keys;
-    const QRect viewport = m_view->viewport()->rect();
-    const int first = m_view->rowAt(0);
-    if (first < 0)
-        return keys;
-    const int lowest = m_view->rowAt(viewport.height() - 1);
-    const int last = lowest < 0 ? m_model.rowCount() - 1 : lowest;
-    for (int column = 0; column < m_store.columnCount(); ++column) {
-        const int left = m_view->columnViewportPosition(column);
-        if (!m_store.columnHasWidgets(column) || left >= viewport.width() ||
-            left + m_view->columnWidth(column) <= 0)
-            continue;
-        for (int viewRow = first; viewRow <= last; ++viewRow) {
-            const int row = m_model.rowAt(viewRow);
-            if (m_store.isWidgetCell(row, column))
-                keys.push_back(CRowStore::cellKey(row, column));
-        }
-    }
-    return keys;
-}
-
 void CCellWidgetLayer::sync()
 {
     if (m_isSyncing)
@@ -391,7 +339,7 @@ void CCellWidgetLayer::sync()
     });
     const CWatch watch(this);
     ++m_pass;
-    const std::vector<quint64> keys = cellsInSight();
+    const std::vector<quint64> keys = widgetCellsInSight(*m_view, m_store, m_model);
     for (const quint64 key : keys) {
         if (const auto found = m_cells.find(key); found != m_cells.end())
             found->second.pass = m_pass;
@@ -411,30 +359,9 @@ void CCellWidgetLayer::sync()
         if (!watch)
             return;
     }
-    parkSpare();
+    m_parking.park(m_boxes->spare() + m_columnWidgets->spare());
     if (watch)
         evictIdle();
-}
-
-void CCellWidgetLayer::parkSpare()
-{
-    const QPointer<CCellWidgetLayer> guard(this);
-    QList<QPointer<QWidget>> spare;
-    for (const QPointer<CCheckBox>& box : m_boxes->spare()) {
-        if (box && box->parentWidget() != m_parking)
-            spare.append(box.data());
-    }
-    const QList<QWidget*> shared = m_columnWidgets->spare();
-    for (QWidget* const widget : shared) {
-        if (widget->parentWidget() != m_parking)
-            spare.append(widget);
-    }
-    for (const QPointer<QWidget>& widget : std::as_const(spare)) {
-        if (widget)
-            park(widget);
-        if (!guard)
-            return;
-    }
 }
 
 void CCellWidgetLayer::place(quint64 key)
@@ -471,7 +398,7 @@ void CCellWidgetLayer::putAway(quint64 key)
     m_cells.emplace(key, cell);
     if (!cell.isPinned)
         m_idle.push_back(key);
-    park(cell.widget);
+    m_parking.park(cell.widget);
 }
 
 void CCellWidgetLayer::evictIdle()

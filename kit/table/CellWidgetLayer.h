@@ -1,11 +1,14 @@
 #pragma once
 
+#include "kit/table/CellParking.h"
+
 #include <QObject>
 #include <QPointer>
 #include <QSize>
 
 #include <memory>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 class QTableView;
@@ -63,8 +66,8 @@ public:
     void remeasureAll();
     /// Widgets in and below the cell's widget that can take the focus.
     QList<QWidget*> focusWidgets(int row, int column) const;
-    /// Row of the cell whose widget this is or is in, -1 when there is none.
-    int rowOfWidget(const QWidget* widget) const;
+    /// Row and column of the cell whose widget this is or is in, both -1 when there is none.
+    std::pair<int, int> cellOfWidget(const QWidget* widget) const;
 
 private:
     struct SCell
@@ -95,19 +98,15 @@ private:
     void measure(SCell& cell, int leastWidth);
     void place(quint64 key);
     void putAway(quint64 key);
-    void park(QWidget* widget);
     void discard(QWidget* widget);
-    void takeFocusFrom(const QWidget* widget);
     void evictIdle();
     /// Keeps the cell's widget for other cells, when it is one that can serve them.
     bool giveBack(const SCell& cell);
-    void parkSpare();
-    std::vector<quint64> cellsInSight() const;
 
     QTableView* const m_view;
     CRowStore& m_store;
     const CTableModel& m_model;
-    QWidget* const m_parking;
+    const CCellParking m_parking;
     CCellButtons* const m_buttons;
     CTickBoxes* const m_boxes;
     const std::unique_ptr<CColumnWidgets> m_columnWidgets;

@@ -424,18 +424,11 @@ bool CTableCore::needsEscape() const
     return m_input->needsEscape();
 }
 
-QList<QWidget*> CTableCore::focusWidgets(int row)
+QList<QWidget*> CTableCore::focusWidgets(int row, int column)
 {
-    QList<QWidget*> widgets;
     const QPointer<CTableCore> guard(this);
     flush();
-    if (!guard)
-        return widgets;
-    for (int place = 0; place < m_store.columnCount(); ++place) {
-        const int column = m_view->horizontalHeader()->logicalIndex(place);
-        widgets += m_layer->focusWidgets(row, column);
-    }
-    return widgets;
+    return guard ? m_layer->focusWidgets(row, column) : QList<QWidget*>();
 }
 
 int CTableCore::cellWidgetWidth(int column) const

@@ -43,8 +43,8 @@ public:
     /// Lays out view and filter bar in the table.
     void place();
     void updateResources();
-    /// The row's widgets that can take the focus, in visual order.
-    QList<QWidget*> focusWidgets(int row);
+    /// The cell's widgets that can take the focus now.
+    QList<QWidget*> focusWidgets(int row, int column);
     /// The view, which has the focus, goes by the table's name.
     void updateAccessibleName();
     void setFlag(int flags);

@@ -17,6 +17,7 @@
 #include <QLineEdit>
 #include <QPersistentModelIndex>
 #include <QPointer>
+#include <QScrollBar>
 
 #include <algorithm>
 #include <utility>
@@ -55,13 +56,11 @@ bool CTableInput::cellWidgetKeyPressed(QWidget* focused, const QKeyEvent& event)
         m_core.view()->setFocus(Qt::OtherFocusReason);
         return true;
     case Qt::Key_Left:
-    case Qt::Key_Right: {
-        const QList<QWidget*> widgets = m_core.focusWidgets(m_core.layer().rowOfWidget(focused));
-        const qsizetype at = widgets.indexOf(focused) + (event.key() == Qt::Key_Right ? 1 : -1);
-        if (at >= 0 && at < widgets.size())
-            widgets[at]->setFocus(Qt::OtherFocusReason);
+        moveInRow(focused, -1);
         return true;
-    }
+    case Qt::Key_Right:
+        moveInRow(focused, 1);
+        return true;
     case Qt::Key_Up:
     case Qt::Key_Down:
     case Qt::Key_PageUp:
@@ -77,6 +76,54 @@ bool CTableInput::cellWidgetKeyPressed(QWidget* focused, const QKeyEvent& event)
     default:
         return false;
     }
+}
+
+/// Goes to the next widget of the row, as far as there is one.
+void CTableInput::moveInRow(QWidget* focused, int step)
+{
+    const QPointer<CTableInput> guard(this);
+    const QPointer<QWidget> stayed(focused);
+    const auto [row, column] = m_core.layer().cellOfWidget(focused);
+    const QList<QWidget*> stops = m_core.focusWidgets(row, column);
+    if (!guard)
+        return;
+    const qsizetype at = stops.indexOf(stayed) + step;
+    if (at >= 0 && at < stops.size()) {
+        stops[at]->setFocus(Qt::OtherFocusReason);
+        return;
+    }
+    const int place = m_core.view()->horizontalHeader()->visualIndex(column) + step;
+    if (focusInRow(row, place, step) || !stayed || stayed->hasFocus())
+        return;
+    // It lost the focus when the search scrolled it out of sight.
+    m_core.flush();
+    if (guard && stayed)
+        stayed->setFocus(Qt::OtherFocusReason);
+}
+
+/// Goes to the first widget of the row from a place on, and brings it into sight.
+bool CTableInput::focusInRow(int row, int place, int step)
+{
+    const CRowStore& store = m_core.store();
+    CTableView* const view = m_core.view();
+    const int sideways = view->horizontalScrollBar()->value();
+    const int viewRow = m_core.model().viewRowOf(row);
+    const QPointer<CTableInput> guard(this);
+    for (; place >= 0 && place < store.columnCount(); place += step) {
+        const int column = view->horizontalHeader()->logicalIndex(place);
+        if (!store.isWidgetCell(row, column) || store.tick(row, column))
+            continue;
+        view->scrollTo(m_core.model().index(viewRow, column));
+        const QList<QWidget*> stops = m_core.focusWidgets(row, column);
+        if (!guard)
+            return true;
+        if (!stops.isEmpty()) {
+            (step > 0 ? stops.first() : stops.last())->setFocus(Qt::OtherFocusReason);
+            return true;
+        }
+    }
+    view->horizontalScrollBar()->setValue(sideways);
+    return false;
 }
 
 bool CTableInput::keyPressed(QKeyEvent& event)
@@ -168,12 +215,7 @@ bool CTableInput::enterRow()
             return !guard || view->editCell(kept);
         }
     }
-    view->scrollTo(current);
-    const QList<QWidget*> widgets = m_core.focusWidgets(m_core.model().rowAt(current.row()));
-    if (widgets.isEmpty())
-        return false;
-    widgets.first()->setFocus(Qt::TabFocusReason);
-    return true;
+    return focusInRow(m_core.model().rowAt(current.row()), 0, 1);
 }
 
 void CTableInput::updateHint()

@@ -42,6 +42,8 @@ private:
     bool enterRow();
     bool returnToEditor();
     QWidget* focusedCellWidget() const;
+    void moveInRow(QWidget* focused, int step);
+    bool focusInRow(int row, int place, int step);
     bool cellWidgetKeyPressed(QWidget* focused, const QKeyEvent& event);
     void addSortActions(QMenu* menu, int column);
 

@@ -53,6 +53,16 @@ void CTickBoxes::giveBack(CCheckBox* box)
     m_spare.emplace_back(box);
 }
 
+QList<QWidget*> CTickBoxes::spare() const
+{
+    QList<QWidget*> boxes;
+    for (const QPointer<CCheckBox>& box : m_spare) {
+        if (box)
+            boxes.append(box);
+    }
+    return boxes;
+}
+
 void CTickBoxes::watch(CCheckBox* box)
 {
     connect(box, &QCheckBox::toggled, this, [this, box](bool checked) { toggled(box, checked); });

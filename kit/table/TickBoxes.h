@@ -34,7 +34,7 @@ public:
     CCheckBox* take();
     void giveBack(CCheckBox* box);
     /// Check boxes that nobody took again.
-    const std::vector<QPointer<CCheckBox>>& spare() const { return m_spare; }
+    QList<QWidget*> spare() const;
 
     /// Lets a check box stand for a cell; `isForeign` for one that take() did not make.
     void bind(CCheckBox* box, int row, int column, bool isForeign);

@@ -4,6 +4,7 @@
 #include <QDialog>
 #include <QHelpEvent>
 #include <QLineEdit>
+#include <QScrollBar>
 #include <QShortcut>
 #include <QToolTip>
 #include <QVBoxLayout>
@@ -66,6 +67,7 @@ private Q_SLOTS:
     void aTickOfTheOwnerIsNoStop();
     void enterAndEscapeLeadToARowsButtonsAndBack();
     void enterReachesARowOutOfSight();
+    void enterAndArrowsReachColumnsOutOfSight();
     void escapeInARowIsNotTheDialogs();
     void leftAndRightWalkThroughTheRow();
     void upAndDownLeadBackToTheRows();
@@ -151,6 +153,39 @@ void TableKeysTest::enterReachesARowOutOfSight()
     f.table->view()->setFocus();
     f.press(Qt::Key_Return);
     QCOMPARE(f.focusedButton(), 250);
+}
+
+void TableKeysTest::enterAndArrowsReachColumnsOutOfSight()
+{
+    KeysFixture f;
+    f.fill(5);
+    f.table->setItemWidget(
+        2, 3, [](QWidget* parent) { return twoButtons(2, parent); }, COddEvenRowTable::ALIGN_FILL);
+    for (int column = 0; column < 4; ++column)
+        f.table->setColumnWidth(column, 600);
+    f.table->selectRow(2);
+    f.table->view()->setFocus();
+    QScrollBar* const sideways = f.table->view()->horizontalScrollBar();
+    QCOMPARE(sideways->value(), 0);
+    f.press(Qt::Key_Return);
+    QCOMPARE(f.focusedButton(), 2);
+    QVERIFY(sideways->value() > 0);
+    const int before = sideways->value();
+    f.press(Qt::Key_Right);
+    QCOMPARE(f.focusedButton(), 1002);
+    QVERIFY(sideways->value() > before);
+    f.press(Qt::Key_Left);
+    QCOMPARE(f.focusedButton(), 2);
+    // A row without anything to go to does not move the view.
+    f.press(Qt::Key_Escape);
+    sideways->setValue(0);
+    f.table->itemWidget(4, 2)->hide();
+    f.table->selectRow(4);
+    f.table->view()->setFocus();
+    sideways->setValue(0);
+    f.press(Qt::Key_Return);
+    QCOMPARE(sideways->value(), 0);
+    QCOMPARE(f.focusWidget(), f.table->view());
 }
 
 void TableKeysTest::escapeInARowIsNotTheDialogs()

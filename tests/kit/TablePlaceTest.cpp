@@ -102,6 +102,7 @@ private Q_SLOTS:
     void aKeylessRowIsNotTakenForOneWithAKey();
     void ofEqualKeysTheFirstCounts();
     void theSidewaysPositionStays();
+    void disabledRowsKeepTheSelectionToo();
     void restoringIsSilent();
     void aFilterThatHidesIsTold();
     void clearingTheFilterKeepsTheSelection();
@@ -382,6 +383,19 @@ void TablePlaceTest::theSidewaysPositionStays()
     sideways->setValue(321);
     f.reload(f.keys(5, 25));
     QCOMPARE(sideways->value(), 321);
+}
+
+void TablePlaceTest::disabledRowsKeepTheSelectionToo()
+{
+    PlaceFixture f;
+    f.reload(f.keys(0, 20));
+    f.click(3, 0);
+    f.click(5, 0, Qt::ControlModifier);
+    f.table->setInnerEnabled(false);
+    f.reload(f.keys(50, 52) + f.keys(0, 20));
+    f.table->setInnerEnabled(true);
+    QCOMPARE(f.currentKey(), QStringLiteral("K0005"));
+    QCOMPARE(f.selectedKeys(), (QStringList{QStringLiteral("K0003"), QStringLiteral("K0005")}));
 }
 
 void TablePlaceTest::restoringIsSilent()
