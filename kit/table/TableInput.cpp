@@ -223,21 +223,23 @@ void CTableInput::updateHint()
     const CRowStore& store = m_core.store();
     if (store.rowCount() == 0)
         return;
+    const SHint hint{store.hasTicks(), store.hasWidgets(), m_core.model().isEditable()};
+    // Asked for at every look at the table, changed hardly ever.
+    if (m_hint == hint)
+        return;
+    m_hint = hint;
     QStringList keys;
-    if (store.hasTicks())
+    if (hint.hasTicks)
         keys.append(tr("空格勾选或取消"));
-    if (m_core.model().isEditable() && store.hasTicks())
+    if (hint.isEditable && hint.hasTicks)
         keys.append(tr("回车编辑"));
-    else if (store.hasWidgets())
+    else if (hint.hasWidgets)
         keys.append(tr("回车进入行内按钮，Esc 返回"));
     if (!keys.isEmpty())
         keys.append(tr("Tab 离开列表"));
-    const QString hint = keys.join(QStringLiteral("；"));
-    CTableView* const view = m_core.view();
-    if (view->toolTip() == hint)
-        return;
-    view->setToolTip(hint);
-    view->setAccessibleDescription(hint);
+    const QString text = keys.join(QStringLiteral("；"));
+    m_core.view()->setToolTip(text);
+    m_core.view()->setAccessibleDescription(text);
 }
 
 /// All selected rows when the framed one is among them or there is none, else the framed one alone.

@@ -33,6 +33,15 @@ public:
     void updateHint();
 
 private:
+    /// What the hint to the keys depends on.
+    struct SHint
+    {
+        bool hasTicks = false;
+        bool hasWidgets = false;
+        bool isEditable = false;
+        bool operator==(const SHint&) const = default;
+    };
+
     void toggleSelectedTicks();
     void copySelection();
     QString selectionAsText() const;
@@ -49,6 +58,7 @@ private:
 
     CTableCore& m_core;
     const int m_menuFlags;
+    SHint m_hint;
 };
 
 } // namespace KZ
