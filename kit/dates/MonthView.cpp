@@ -119,7 +119,7 @@ void CMonthView::paintCell(QPainter* painter, const QRect& rect, QDate date) con
     const QRectF day = QRectF(rect).adjusted(1.5, 1.5, -1.5, -1.5);
     painter->fillRect(rect, color("clr_menu"));
     if (isSelected) {
-        painter->setPen(Qt::NoPen);
+        painter->setPen(color("clr_accent_text"));
         painter->setBrush(color("clr_accent"));
         painter->drawRoundedRect(day, radius, radius);
     }

@@ -66,6 +66,17 @@ void CKitProxyStyle::drawControl(ControlElement element, const QStyleOption* opt
             return;
         }
     }
+    const auto* const item = qstyleoption_cast<const QStyleOptionViewItem*>(option);
+    if (item && element == CE_ItemViewItem) {
+        QStyleOptionViewItem copy = *item;
+        const bool enabled = item->state & State_Enabled;
+        copy.palette.setColor(enabled ? QPalette::All : QPalette::Disabled,
+                              QPalette::HighlightedText,
+                              CUiResource::getColor(enabled ? QStringLiteral("clr_selection_text")
+                                                            : QStringLiteral("clr_text_disabled")));
+        QProxyStyle::drawControl(element, &copy, painter, widget);
+        return;
+    }
     if (!CControlPainter::drawControl(element, *option, painter, widget) &&
         !CViewPainter::drawControl(element, *option, painter, *this))
         QProxyStyle::drawControl(element, option, painter, widget);

@@ -18,6 +18,14 @@ int radius(const QRect& rect)
     return std::min({wanted, rect.width() / 2, rect.height() / 2});
 }
 
+void mark(QPainter* painter, const QStyleOption& option, const QRect& rect, const QString& sizeKey)
+{
+    const QRect bar(rect.left(), rect.top(), CUiResource::getSize(sizeKey), rect.height());
+    CStylePainter::fill(painter, QStyle::visualRect(option.direction, rect, bar),
+                        option.state & QStyle::State_Enabled ? QStringLiteral("clr_accent_text")
+                                                             : QStringLiteral("clr_icon_disabled"));
+}
+
 } // namespace
 
 void CStylePainter::panel(QPainter* painter, const QRect& rect, const QString& fillKey,
@@ -56,9 +64,9 @@ void CStylePainter::editorPanel(QPainter* painter, const QStyleOption& option, c
     const bool enabled = option.state & QStyle::State_Enabled;
     const bool writable = enabled && !(option.state & QStyle::State_ReadOnly);
     QString borderKey = QStringLiteral("clr_border_control");
-    if (!writable)
+    if (!enabled)
         borderKey = QStringLiteral("clr_border_disabled");
-    else if (option.state & QStyle::State_MouseOver)
+    else if (writable && (option.state & QStyle::State_MouseOver))
         borderKey = QStringLiteral("clr_border_hover");
     panel(painter, rect,
           writable ? QStringLiteral("clr_panel") : QStringLiteral("clr_panel_disabled"), borderKey);
@@ -83,7 +91,8 @@ void CStylePainter::checkBox(QPainter* painter, const QStyleOption& option, cons
             fillKey = QStringLiteral("clr_accent_pressed");
         else if (hovered)
             fillKey = QStringLiteral("clr_accent_hover");
-        panel(painter, box, fillKey, QString());
+        // The fill alone is too near to the ground of a selected row.
+        panel(painter, box, fillKey, enabled ? QStringLiteral("clr_accent_text") : QString());
         const bool partly = option.state & QStyle::State_NoChange;
         CUiResource::getIcon(partly ? QStringLiteral("gw_img_kit_minus")
                                     : QStringLiteral("gw_img_kit_check"))
@@ -120,6 +129,16 @@ void CStylePainter::itemGround(QPainter* painter, const QStyleOption& option, co
              enabled ? QStringLiteral("clr_selection") : QStringLiteral("clr_hover"));
     else if (enabled && (option.state & QStyle::State_MouseOver))
         fill(painter, rect, QStringLiteral("clr_hover"));
+}
+
+void CStylePainter::rowMark(QPainter* painter, const QStyleOption& option, const QRect& rect)
+{
+    mark(painter, option, rect, QStringLiteral("gw_siz_kit_tree_mark"));
+}
+
+void CStylePainter::entryMark(QPainter* painter, const QStyleOption& option, const QRect& rect)
+{
+    mark(painter, option, rect, QStringLiteral("gw_siz_kit_entry_mark"));
 }
 
 void CStylePainter::fill(QPainter* painter, const QRect& rect, const QString& colorKey)

@@ -36,6 +36,11 @@ public:
     /// Ground of an item or entry: selected, under the mouse, or nothing.
     static void itemGround(QPainter* painter, const QStyleOption& option, const QRect& rect);
 
+    /// The bar at the beginning of a selected row, or of the current entry of a menu or list, whose
+    /// ground alone is too near to that of its neighbours.
+    static void rowMark(QPainter* painter, const QStyleOption& option, const QRect& rect);
+    static void entryMark(QPainter* painter, const QStyleOption& option, const QRect& rect);
+
     static void fill(QPainter* painter, const QRect& rect, const QString& colorKey);
 };
 

@@ -122,8 +122,9 @@ QPalette CUiResource::palette()
     setForAllGroups(palette, QPalette::Button, "clr_button");
     setForAllGroups(palette, QPalette::ButtonText, "clr_text");
     setForAllGroups(palette, QPalette::BrightText, "clr_text_on_accent");
-    setForAllGroups(palette, QPalette::Highlight, "clr_selection");
-    setForAllGroups(palette, QPalette::HighlightedText, "clr_selection_text");
+    // Of text; rows and entries, which have a mark beside, take a fainter ground from the style.
+    setForAllGroups(palette, QPalette::Highlight, "clr_accent");
+    setForAllGroups(palette, QPalette::HighlightedText, "clr_text_on_accent");
     setForAllGroups(palette, QPalette::Link, "clr_accent_text");
     setForAllGroups(palette, QPalette::LinkVisited, "clr_accent_text");
     setForAllGroups(palette, QPalette::ToolTipBase, "clr_tool_tip");

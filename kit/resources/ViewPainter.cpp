@@ -5,6 +5,7 @@
 #include "kit/resources/UiResource.h"
 
 #include <QAbstractItemView>
+#include <QListView>
 #include <QPainter>
 #include <QStyleOption>
 #include <QTreeView>
@@ -55,13 +56,8 @@ void drawBranch(const QStyleOption& option, QPainter* painter)
 void drawTreeRow(const QStyleOption& option, QPainter* painter)
 {
     CStylePainter::itemGround(painter, option, option.rect);
-    if (!(option.state & QStyle::State_Selected))
-        return;
-    const int bar = size("gw_siz_kit_tree_mark");
-    const QRect mark(option.rect.left(), option.rect.top(), bar, option.rect.height());
-    CStylePainter::fill(painter, QStyle::visualRect(option.direction, option.rect, mark),
-                        option.state & QStyle::State_Enabled ? QStringLiteral("clr_accent_text")
-                                                             : QStringLiteral("clr_icon_disabled"));
+    if (option.state & QStyle::State_Selected)
+        CStylePainter::rowMark(painter, option, option.rect);
 }
 
 void drawTabShape(const QStyleOption& option, QPainter* painter)
@@ -111,8 +107,10 @@ void drawMenuItem(const QStyleOptionMenuItem& option, QPainter* painter, const Q
         return;
     }
     const bool enabled = option.state & QStyle::State_Enabled;
-    if (enabled && (option.state & QStyle::State_Selected))
+    if (enabled && (option.state & QStyle::State_Selected)) {
         CStylePainter::fill(painter, rect, QStringLiteral("clr_selection"));
+        CStylePainter::entryMark(painter, option, rect);
+    }
     QRect text = rect.adjusted(padding, 0, -padding, 0);
     const bool checkable = option.checkType != QStyleOptionMenuItem::NotCheckable;
     const int iconSide = size("gw_siz_kit_icon");
@@ -167,7 +165,7 @@ void drawProgressContents(const QStyleOptionProgressBar& option, QPainter* paint
         painter->setClipRect(rect);
         CStylePainter::panel(painter,
                              QRect(rect.left() + int(run), rect.top(), length, rect.height()),
-                             QStringLiteral("clr_accent"), QString());
+                             QStringLiteral("clr_progress"), QString());
         painter->restore();
         return;
     }
@@ -176,7 +174,7 @@ void drawProgressContents(const QStyleOptionProgressBar& option, QPainter* paint
     const int length = int(rect.width() * std::clamp(share, 0.0, 1.0));
     if (length > 0)
         CStylePainter::panel(painter, QRect(rect.left(), rect.top(), length, rect.height()),
-                             QStringLiteral("clr_accent"), QString());
+                             QStringLiteral("clr_progress"), QString());
 }
 
 } // namespace
@@ -201,6 +199,8 @@ bool CViewPainter::drawPrimitive(QStyle::PrimitiveElement element, const QStyleO
         return true;
     case QStyle::PE_PanelItemViewItem:
         CStylePainter::itemGround(painter, option, option.rect);
+        if (qobject_cast<const QListView*>(widget) && (option.state & QStyle::State_Selected))
+            CStylePainter::entryMark(painter, option, option.rect);
         return true;
     case QStyle::PE_IndicatorBranch:
         drawBranch(option, painter);
@@ -260,7 +260,8 @@ bool CViewPainter::drawControl(QStyle::ControlElement element, const QStyleOptio
                             QStringLiteral("clr_border"));
         return true;
     case QStyle::CE_ProgressBarGroove:
-        CStylePainter::panel(painter, option.rect, QStringLiteral("clr_progress_track"), QString());
+        CStylePainter::panel(painter, option.rect, QStringLiteral("clr_progress_track"),
+                             QStringLiteral("clr_border_control"));
         return true;
     case QStyle::CE_ProgressBarContents:
         if (const auto* const bar = qstyleoption_cast<const QStyleOptionProgressBar*>(&option)) {

@@ -84,12 +84,12 @@ void CTableDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option
     }
 
     const QString colorKey = enabled ? m_store.colorKey(row, column) : QString();
-    if (colorKey.isEmpty()) {
-        const auto role = selected ? QPalette::HighlightedText : QPalette::Text;
-        painter->setPen(option.palette.color(group, role));
-    } else {
+    if (!colorKey.isEmpty())
         painter->setPen(CUiResource::getColor(colorKey));
-    }
+    else if (enabled && selected)
+        painter->setPen(CUiResource::getColor(QStringLiteral("clr_selection_text")));
+    else
+        painter->setPen(option.palette.color(group, QPalette::Text));
     const QFontMetrics& metrics = option.fontMetrics;
     const int top = room.top() + (room.height() - metrics.height()) / 2;
     const qreal drawn = m_texts.draw(painter, QPointF(room.left(), top + metrics.ascent()),

@@ -1,6 +1,8 @@
 #include "kit/table/TableView.h"
 
 #include "kit/resources/KitStyle.h"
+#include "kit/resources/StylePainter.h"
+#include "kit/resources/UiResource.h"
 #include "kit/table/CellEditor.h"
 #include "kit/table/HeaderCorner.h"
 #include "kit/table/TableViewClient.h"
@@ -12,6 +14,7 @@
 #include <QPaintEvent>
 #include <QPainter>
 #include <QPointer>
+#include <QStyleOption>
 
 #include <algorithm>
 
@@ -107,16 +110,21 @@ void CTableView::paintGrounds(const QRect& room)
                                        : isActiveWindow()       ? QPalette::Active
                                                                 : QPalette::Inactive;
     const QBrush alternate = palette().brush(group, QPalette::AlternateBase);
-    const QBrush highlight = palette().brush(group, QPalette::Highlight);
+    const QColor highlight =
+        CUiResource::getColor(group == QPalette::Disabled ? QStringLiteral("clr_hover")
+                                                          : QStringLiteral("clr_selection"));
+    QStyleOption option;
+    option.initFrom(viewport());
     const QModelIndex root = rootIndex();
     for (int row = first; row < model()->rowCount(); ++row) {
         const int top = rowViewportPosition(row);
         if (top > room.bottom())
             break;
         const QRect ground(0, top, viewport()->width(), rowHeight(row));
-        if (isWholeRow && selectionModel()->isSelected(model()->index(row, 0, root)))
+        if (isWholeRow && selectionModel()->isSelected(model()->index(row, 0, root))) {
             painter.fillRect(ground, highlight);
-        else if (alternatingRowColors() && row % 2 == 1)
+            CStylePainter::rowMark(&painter, option, ground);
+        } else if (alternatingRowColors() && row % 2 == 1)
             painter.fillRect(ground, alternate);
         for (int column = 0; !isWholeRow && column < model()->columnCount(); ++column) {
             const QModelIndex index = model()->index(row, column, root);

@@ -1,34 +1,10 @@
 #include "kit/resources/UiResource.h"
+#include "tests/kit/Contrast.h"
 #include "tests/support/TestCase.h"
-
-#include <algorithm>
-#include <cmath>
 
 using namespace KZ;
 
 namespace {
-
-/// Relative luminance and contrast ratio after WCAG 2.1, "relative luminance" and "contrast ratio".
-double channel(double value)
-{
-    return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-}
-
-double luminance(const QColor& color)
-{
-    return 0.2126 * channel(color.redF()) + 0.7152 * channel(color.greenF()) +
-           0.0722 * channel(color.blueF());
-}
-
-double contrast(const QColor& one, const QColor& other)
-{
-    const auto [dark, light] = std::minmax({luminance(one), luminance(other)});
-    return (light + 0.05) / (dark + 0.05);
-}
-
-/// Level AA of success criteria 1.4.3 (text) and 1.4.11 (parts of controls).
-constexpr double TEXT_CONTRAST = 4.5;
-constexpr double CONTROL_CONTRAST = 3.0;
 
 void addPairs(const char* use, const QStringList& inks, const QStringList& grounds, double least)
 {
@@ -67,8 +43,8 @@ private Q_SLOTS:
 
 void ThemeContrastTest::theRatioIsThatOfTheStandard()
 {
-    QVERIFY(std::abs(contrast(Qt::white, Qt::black) - 21.0) < 1e-9);
-    QVERIFY(std::abs(contrast(QColor(0x77, 0x77, 0x77), Qt::white) - 4.48) < 0.01);
+    QVERIFY(std::abs(contrast::ratio(Qt::white, Qt::black) - 21.0) < 1e-9);
+    QVERIFY(std::abs(contrast::ratio(QColor(0x77, 0x77, 0x77), Qt::white) - 4.48) < 0.01);
 }
 
 void ThemeContrastTest::inksStandOutFromTheirGrounds_data()
@@ -87,52 +63,73 @@ void ThemeContrastTest::inksStandOutFromTheirGrounds_data()
               QStringLiteral("clr_success"), QStringLiteral("clr_warning"),
               QStringLiteral("clr_danger"), QStringLiteral("clr_tab_text"),
               QStringLiteral("clr_tab_text_current")},
-             grounds, TEXT_CONTRAST);
+             grounds, contrast::TEXT);
     addPairs("rows",
              QStringList{QStringLiteral("clr_text")} + withPrefix("clr_auth_type_") +
                  withPrefix("clr_stock_") + withPrefix("clr_sub_user_"),
-             rows, TEXT_CONTRAST);
+             rows, contrast::TEXT);
     addPairs("states on the page", withPrefix("clr_sub_user_") + withPrefix("clr_auth_type_"),
-             grounds, TEXT_CONTRAST);
+             grounds, contrast::TEXT);
     addPairs("main button", {QStringLiteral("clr_text_on_accent")},
              {QStringLiteral("clr_accent"), QStringLiteral("clr_accent_hover"),
               QStringLiteral("clr_accent_pressed")},
-             TEXT_CONTRAST);
+             contrast::TEXT);
     addPairs("buttons", {QStringLiteral("clr_text")},
              {QStringLiteral("clr_button"), QStringLiteral("clr_button_hover"),
               QStringLiteral("clr_button_pressed"), QStringLiteral("clr_menu")},
-             TEXT_CONTRAST);
+             contrast::TEXT);
     addPairs("without input", {QStringLiteral("clr_text_disabled")},
              {QStringLiteral("clr_button_disabled"), QStringLiteral("clr_panel_disabled"),
               QStringLiteral("clr_menu"), QStringLiteral("clr_hover"),
               QStringLiteral("clr_table_row_even")},
-             TEXT_CONTRAST);
+             contrast::TEXT);
     addPairs("calendar",
              {QStringLiteral("clr_calendar_weekend"), QStringLiteral("clr_text_quiet"),
               QStringLiteral("clr_accent_text")},
-             {QStringLiteral("clr_menu")}, TEXT_CONTRAST);
+             {QStringLiteral("clr_menu")}, contrast::TEXT);
     addPairs("what pops up",
              {QStringLiteral("clr_border_control"), QStringLiteral("clr_outcome"),
               QStringLiteral("clr_warning"), QStringLiteral("clr_info")},
-             {QStringLiteral("clr_menu"), QStringLiteral("clr_table_row_even")}, CONTROL_CONTRAST);
+             {QStringLiteral("clr_menu"), QStringLiteral("clr_table_row_even")}, contrast::CONTROL);
     addPairs("frame", {QStringLiteral("clr_title_text")}, {QStringLiteral("clr_title_bar")},
-             TEXT_CONTRAST);
+             contrast::TEXT);
     addPairs("close", {QStringLiteral("clr_close_text")}, {QStringLiteral("clr_close_hover")},
-             TEXT_CONTRAST);
+             contrast::TEXT);
     addPairs("selection", {QStringLiteral("clr_selection_text")}, {QStringLiteral("clr_selection")},
-             TEXT_CONTRAST);
+             contrast::TEXT);
     addPairs("header", {QStringLiteral("clr_table_header_text")},
-             {QStringLiteral("clr_table_header"), QStringLiteral("clr_hover")}, TEXT_CONTRAST);
+             {QStringLiteral("clr_table_header"), QStringLiteral("clr_hover")}, contrast::TEXT);
     addPairs("tool tip", {QStringLiteral("clr_tool_tip_text")}, {QStringLiteral("clr_tool_tip")},
-             TEXT_CONTRAST);
+             contrast::TEXT);
     addPairs("controls",
              {QStringLiteral("clr_border_control"), QStringLiteral("clr_border_hover"),
-              QStringLiteral("clr_focus"), QStringLiteral("clr_accent"), QStringLiteral("clr_icon"),
-              QStringLiteral("clr_icon_quiet"), QStringLiteral("clr_scroll_bar"),
-              QStringLiteral("clr_scroll_bar_hover"), QStringLiteral("clr_check_locked")},
-             grounds, CONTROL_CONTRAST);
+              QStringLiteral("clr_focus"), QStringLiteral("clr_accent"),
+              QStringLiteral("clr_accent_hover"), QStringLiteral("clr_accent_pressed"),
+              QStringLiteral("clr_icon"), QStringLiteral("clr_icon_quiet"),
+              QStringLiteral("clr_scroll_bar"), QStringLiteral("clr_scroll_bar_hover"),
+              QStringLiteral("clr_check_locked"), QStringLiteral("clr_progress"),
+              QStringLiteral("clr_frame")},
+             grounds, contrast::CONTROL);
+    addPairs("controls in rows",
+             {QStringLiteral("clr_border_control"), QStringLiteral("clr_check_locked"),
+              QStringLiteral("clr_accent_text"), QStringLiteral("clr_focus"),
+              QStringLiteral("clr_icon"), QStringLiteral("clr_warning")},
+             rows, contrast::CONTROL);
+    addPairs("handles", {QStringLiteral("clr_scroll_bar"), QStringLiteral("clr_scroll_bar_hover")},
+             {QStringLiteral("clr_menu")}, contrast::CONTROL);
+    addPairs("progress", {QStringLiteral("clr_progress")}, {QStringLiteral("clr_progress_track")},
+             contrast::CONTROL);
+    addPairs(
+        "icons",
+        {QStringLiteral("clr_icon"), QStringLiteral("clr_danger"), QStringLiteral("clr_success")},
+        {QStringLiteral("clr_flat_hover"), QStringLiteral("clr_flat_pressed"),
+         QStringLiteral("clr_table_header"), QStringLiteral("clr_title_bar"),
+         QStringLiteral("clr_selection")},
+        contrast::CONTROL);
+    addPairs("selected text", {QStringLiteral("clr_text_on_accent")},
+             {QStringLiteral("clr_accent")}, contrast::TEXT);
     addPairs("ticks", {QStringLiteral("clr_text_on_accent")}, {QStringLiteral("clr_check_locked")},
-             CONTROL_CONTRAST);
+             contrast::CONTROL);
 }
 
 void ThemeContrastTest::inksStandOutFromTheirGrounds()
@@ -144,7 +141,8 @@ void ThemeContrastTest::inksStandOutFromTheirGrounds()
     QVERIFY2(CUiResource::hasKey(ground), qPrintable(ground));
     for (const auto theme : {CUiResource::Theme::Dark, CUiResource::Theme::Light}) {
         CUiResource::setTheme(theme);
-        const double ratio = contrast(CUiResource::getColor(ink), CUiResource::getColor(ground));
+        const double ratio =
+            contrast::ratio(CUiResource::getColor(ink), CUiResource::getColor(ground));
         const QString told = QStringLiteral("%1 in the %2 theme")
                                  .arg(ratio)
                                  .arg(theme == CUiResource::Theme::Dark ? QStringLiteral("dark")
