@@ -141,7 +141,12 @@ void AuthClient::updateSubUser(QString user, QString password)
 int AuthClient::exportAuth(const QString& filePath, const QString& password,
                            const QVector<boost::shared_ptr<GW::CAuthDetail>>& grants)
 {
-    return static_cast<int>(m_fileWriter.write(filePath, password, grants, m_snapshot.accounts));
+    QString reason;
+    const ExportError error =
+        m_fileWriter.write(filePath, password, grants, m_snapshot.accounts, &reason);
+    if (error != ExportError::None)
+        Q_EMIT fileNotWritten(grants, reason);
+    return static_cast<int>(error);
 }
 
 int AuthClient::exportAuth(const QString& filePath, const QString& password,
@@ -182,6 +187,16 @@ void AuthClient::revertExport(const QStringList& references)
     Delivery delivery;
     QMetaObject::invokeMethod(
         m_worker.get(), [&] { m_worker->revertExport(references, &delivery); },
+        Qt::BlockingQueuedConnection);
+    takeDirectly(delivery);
+}
+
+void AuthClient::noteUnwritten(const QVector<FileGrant>& grants, const QString& reason)
+{
+    handOver();
+    Delivery delivery;
+    QMetaObject::invokeMethod(
+        m_worker.get(), [&] { m_worker->noteUnwritten(grants, reason, &delivery); },
         Qt::BlockingQueuedConnection);
     takeDirectly(delivery);
 }

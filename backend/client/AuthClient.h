@@ -66,12 +66,19 @@ public:
     void setSubUser(QString user, bool enable) override;
     void updateSubUser(QString user, QString password) override;
 
+Q_SIGNALS:
+    /// exportAuth() is about to return an error: no file for `grants` (whose entries may be null),
+    /// for `reason` in Chinese.
+    void fileNotWritten(const QVector<boost::shared_ptr<GW::CAuthDetail>>& grants,
+                        const QString& reason);
+
 private:
     void takeSnapshot(const UserSnapshot& snapshot, quint64 number) override;
     void emitResult(const ClientResult& result) override;
     void emitChanged() override;
     UserStore::Exported commitExport(const QVector<FileGrant>& grants, bool repeat) override;
     void revertExport(const QStringList& references) override;
+    void noteUnwritten(const QVector<FileGrant>& grants, const QString& reason) override;
 
     void enqueue(StoreRequest request, const QVariant& tag = {});
     void handOver();

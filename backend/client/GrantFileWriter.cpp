@@ -58,6 +58,8 @@ QVector<FileGrant> storeGrants(const Details& grants)
 {
     QVector<FileGrant> result;
     for (const auto& grant : grants) {
+        if (!grant)
+            continue;
         result.append({grant->grantRef, grant->grantee, GW::genAccountKeyQs(grant->account),
                        GW::accountDisplayIDQs(grant->account), grant->limit});
     }
@@ -72,21 +74,30 @@ GrantFileWriter::GrantFileWriter(StoreLink& store, QString userName, bool cheap)
 }
 
 ExportError GrantFileWriter::write(const QString& filePath, const QString& password,
-                                   const Details& grants, const AccountSnapshot& accounts)
+                                   const Details& grants, const AccountSnapshot& accounts,
+                                   QString* failure)
 {
     QString reason;
-    const ExportError error = writeUnlogged(filePath, password, grants, accounts, &reason);
-    if (error != ExportError::None) {
-        utils::CLogCenter::warning(QStringLiteral("Authorization file not written (%1) %2")
-                                       .arg(static_cast<int>(error))
-                                       .arg(reason));
-    }
+    bool isNoted = false;
+    const ExportError error =
+        writeUnlogged(filePath, password, grants, accounts, &reason, &isNoted);
+    if (error == ExportError::None)
+        return error;
+    if (reason.isEmpty())
+        reason = exportErrorText(error);
+    utils::CLogCenter::warning(QStringLiteral("Authorization file not written (%1) %2")
+                                   .arg(static_cast<int>(error))
+                                   .arg(reason));
+    if (!isNoted)
+        m_store.noteUnwritten(storeGrants(grants), reason);
+    if (failure)
+        *failure = reason;
     return error;
 }
 
 ExportError GrantFileWriter::writeUnlogged(const QString& filePath, const QString& password,
                                            const Details& grants, const AccountSnapshot& accounts,
-                                           QString* reason)
+                                           QString* reason, bool* isNoted)
 {
     if (grants.isEmpty())
         return ExportError::NoGrants;
@@ -135,12 +146,14 @@ ExportError GrantFileWriter::writeUnlogged(const QString& filePath, const QStrin
     const UserStore::Exported exported = m_store.commitExport(forStore, repeat);
     if (exported.error != ExportError::None) {
         *reason = exported.reason;
+        *isNoted = exported.error == ExportError::Store;
         return exported.error;
     }
     const SafeFileWriter::Published published = writer.publish(replace);
     if (published != SafeFileWriter::Published::Yes) {
         *reason = writer.errorText();
         m_store.revertExport(exported.changed);
+        *isNoted = !exported.changed.isEmpty();
         return published == SafeFileWriter::Published::Exists ? ExportError::FileExists
                                                               : ExportError::Write;
     }

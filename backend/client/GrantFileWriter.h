@@ -23,15 +23,16 @@ public:
     /// `cheap` seals for tests only.
     GrantFileWriter(StoreLink& store, QString userName, bool cheap);
 
-    /// `accounts` are the user's own, whose secrets go into the file.
+    /// `accounts` are the user's own, whose secrets go into the file. Of a failure, `failure`
+    /// (may be null) gets the reason in Chinese, and the store's audit trail as far as it can.
     ExportError write(const QString& filePath, const QString& password,
                       const QVector<boost::shared_ptr<GW::CAuthDetail>>& grants,
-                      const AccountSnapshot& accounts);
+                      const AccountSnapshot& accounts, QString* failure = nullptr);
 
 private:
     ExportError writeUnlogged(const QString& filePath, const QString& password,
                               const QVector<boost::shared_ptr<GW::CAuthDetail>>& grants,
-                              const AccountSnapshot& accounts, QString* reason);
+                              const AccountSnapshot& accounts, QString* reason, bool* isNoted);
 
     StoreLink& m_store;
     QString m_userName;

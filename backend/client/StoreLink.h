@@ -10,9 +10,13 @@ class StoreLink
 public:
     virtual UserStore::Exported commitExport(const QVector<FileGrant>& grants, bool repeat) = 0;
     virtual void revertExport(const QStringList& references) = 0;
+    /// For the audit trail: no file was written for `grants`, for `reason` (in Chinese).
+    virtual void noteUnwritten(const QVector<FileGrant>& grants, const QString& reason);
 
 protected:
     ~StoreLink() = default;
 };
+
+inline void StoreLink::noteUnwritten(const QVector<FileGrant>&, const QString&) {}
 
 } // namespace backend

@@ -142,6 +142,14 @@ void StoreWorker::revertExport(const QStringList& references, Delivery* delivery
     noteState();
 }
 
+void StoreWorker::noteUnwritten(const QVector<FileGrant>& grants, const QString& reason,
+                                Delivery* delivery)
+{
+    m_store->noteUnwritten(grants, reason);
+    addSnapshot(delivery);
+    noteState();
+}
+
 void StoreWorker::poll()
 {
     if (!m_store)

@@ -41,6 +41,7 @@ public:
     UserStore::Exported commitExport(const QVector<FileGrant>& grants, bool repeat,
                                      Delivery* delivery);
     void revertExport(const QStringList& references, Delivery* delivery);
+    void noteUnwritten(const QVector<FileGrant>& grants, const QString& reason, Delivery* delivery);
     /// See UserStore.
     QVector<AuditEntry> auditTrail(int limit);
     /// Lets go of the store and of the timer.

@@ -238,6 +238,15 @@ void EmbeddedStore::revertExport(const QStringList& references)
     });
 }
 
+void EmbeddedStore::noteUnwritten(const QVector<FileGrant>& grants, const QString& reason)
+{
+    inBatch(Access::Write, [&](StoreBatch& batch) {
+        if (m_model.enabled)
+            ExportOperations(batch).noteUnwritten(grants, reason);
+        return true;
+    });
+}
+
 void EmbeddedStore::poll()
 {
     qint64 marker = 0;

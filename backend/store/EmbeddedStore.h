@@ -26,6 +26,7 @@ public:
     QVector<StoreReply> run(const QVector<StoreRequest>& requests) override;
     Exported commitExport(const QVector<FileGrant>& grants, bool repeat) override;
     void revertExport(const QStringList& references) override;
+    void noteUnwritten(const QVector<FileGrant>& grants, const QString& reason) override;
     void poll() override;
     QVector<AuditEntry> auditTrail(int limit) override;
     Environment environment() override;

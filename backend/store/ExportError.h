@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 namespace backend {
 
 /// Results of writing an authorization file; callers outside only tell 0 from the others.
@@ -27,5 +29,8 @@ enum class ExportError : int {
     /// The store failed.
     Store = 12,
 };
+
+/// In Chinese; empty for None.
+QString exportErrorText(ExportError error);
 
 } // namespace backend

@@ -2,6 +2,7 @@
 
 #include "backend/store/GrantRow.h"
 #include "backend/store/StoreBatch.h"
+#include "backend/store/TextRules.h"
 
 #include <cmath>
 
@@ -82,6 +83,19 @@ void ExportOperations::revert(const QStringList& references)
         const int index = model.ownIndex(row.accountKey);
         if (index >= 0)
             m_batch.editor().setGrant(index, {});
+    }
+}
+
+void ExportOperations::noteUnwritten(const QVector<FileGrant>& grants, const QString& reason)
+{
+    const UserModel& model = m_batch.model();
+    for (const FileGrant& grant : grants) {
+        const int index = model.ownIndex(grant.accountKey);
+        // What no page sends leaves no trace.
+        if (index < 0 || !userNameProblem(grant.grantee).isEmpty())
+            continue;
+        m_batch.audit().write({model.userId, model.userId, m_batch.grantee(grant.grantee).id,
+                               "export", model.own[index].id, QString(), reason});
     }
 }
 

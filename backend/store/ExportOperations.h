@@ -16,6 +16,7 @@ public:
     /// On an error the caller rolls the transaction back.
     UserStore::Exported commit(const QVector<FileGrant>& grants, bool repeat);
     void revert(const QStringList& references);
+    void noteUnwritten(const QVector<FileGrant>& grants, const QString& reason);
 
 private:
     UserStore::Exported commitOne(const FileGrant& grant, bool repeat);

@@ -7,6 +7,8 @@ namespace backend {
 
 UserStore::~UserStore() = default;
 
+void UserStore::noteUnwritten(const QVector<FileGrant>&, const QString&) {}
+
 std::unique_ptr<UserStore> UserStore::create(const StoreOptions& options, qint64 userId,
                                              const QString& userName)
 {

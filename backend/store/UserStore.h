@@ -49,6 +49,9 @@ public:
     virtual Exported commitExport(const QVector<FileGrant>& grants, bool repeat) = 0;
     /// Makes the grants prepared again that a file was to carry and could not.
     virtual void revertExport(const QStringList& references) = 0;
+    /// Enters into the audit trail that no file was written for `grants`. A server notes by itself
+    /// what it refuses and takes nobody's word for the rest.
+    virtual void noteUnwritten(const QVector<FileGrant>& grants, const QString& reason);
     /// Looks for changes made elsewhere and for grants that have ended, and for a server that went
     /// away or came back. To be called several times a second.
     virtual void poll() = 0;
