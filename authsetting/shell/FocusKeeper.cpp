@@ -89,6 +89,11 @@ bool CFocusKeeper::eventFilter(QObject* watched, QEvent* event)
         if (watched == m_dialog)
             checkSoon();
         break;
+    case QEvent::Hide:
+    case QEvent::EnabledChange:
+        if (watched == m_watched)
+            checkSoon();
+        break;
     case QEvent::FocusIn:
     case QEvent::FocusOut:
         if (watched == m_closeButton)
@@ -165,9 +170,24 @@ void CFocusKeeper::setPlace(QWidget* place)
     if (m_atExtra)
         return;
     m_place = place;
+    watch(place);
     m_placeTable = nullptr;
     for (QWidget* at = place->parentWidget(); at && !m_placeTable; at = at->parentWidget())
         m_placeTable = qobject_cast<QAbstractItemView*>(at);
+}
+
+void CFocusKeeper::watch(QWidget* place)
+{
+    if (place == m_watched)
+        return;
+    if (m_watched)
+        m_watched->removeEventFilter(this);
+    m_watched = nullptr;
+    // The others are looked after for good.
+    if (place == m_closeButton || qobject_cast<IAuthSettingTabPage*>(place))
+        return;
+    m_watched = place;
+    place->installEventFilter(this);
 }
 
 QWidget* CFocusKeeper::firstPlace() const

@@ -41,6 +41,7 @@ private:
     void passOn(QWidget* tab, Qt::FocusReason reason);
     bool isPlace(const QWidget* widget) const;
     void setPlace(QWidget* place);
+    void watch(QWidget* place);
     QWidget* firstPlace() const;
 
     QWidget* m_dialog;
@@ -50,6 +51,8 @@ private:
     QPointer<QWidget> m_place;
     /// The table that the place is in, which outlives the controls of its rows.
     QPointer<QWidget> m_placeTable;
+    /// The control of the page that has the focus: looked after in case nobody moves it on.
+    QPointer<QWidget> m_watched;
     bool m_atExtra = false;
     bool m_closeChosen = false;
     bool m_checking = false;

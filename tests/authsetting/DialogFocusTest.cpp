@@ -211,6 +211,22 @@ private Q_SLOTS:
         }
     }
 
+    void aControlThatVanishesBehindAnotherWindowIsNotWhereTheUserComesBack()
+    {
+        OpenDialogUnderTest test;
+        test.dialog.showPage(201, INT_MAX, QString(), 1);
+        QWidget* editor = test.inTab("halden_batch_end");
+        editor->setFocus();
+        QWidget other;
+        other.show();
+        other.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&other));
+        editor->hide();
+        test.dialog.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&test.dialog));
+        QVERIFY(test.settlesInThePage());
+    }
+
     void aControlThatIsDisabledForAMomentKeepsTheFocus()
     {
         OpenDialogUnderTest test;
