@@ -311,7 +311,11 @@ void CCellWidgetLayer::remeasureAll()
 {
     const CWatch watch(this);
     m_neededWidths.clear();
-    const std::vector<quint64> keys = m_inSight;
+    // A widget out of sight is not measured again when its column is scrolled back.
+    std::vector<quint64> keys;
+    keys.reserve(m_cells.size());
+    for (const auto& [key, cell] : m_cells)
+        keys.push_back(key);
     for (const quint64 key : keys) {
         const auto found = m_cells.find(key);
         if (found == m_cells.end() || !found->second.widget)

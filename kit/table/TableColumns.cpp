@@ -21,6 +21,9 @@ namespace {
 constexpr int MEASURED_ROWS = 40;
 /// A column that fits itself does not push its neighbours out for the sake of a long text.
 constexpr int WIDEST_TEXT = 240;
+/// Numbers, days and states stay whole: half of one tells nothing. Longer texts, such as names, are
+/// elided before the table scrolls.
+constexpr int WIDEST_WHOLE_TEXT = 110;
 constexpr qsizetype MEASURED_LENGTH = 64;
 /// Texts per column that are known to fit.
 constexpr qsizetype MOST_MEASURED = qsizetype{4} * MEASURED_ROWS;
@@ -88,9 +91,10 @@ void CTableColumns::userResized()
 int CTableColumns::leastWidth(int column) const
 {
     // Only the column that the rows are sorted by needs room for the mark of sorting.
-    return std::max(column == m_model.sortColumn() ? header()->sectionSizeHint(column)
-                                                   : headerTextWidth(column),
-                    m_columns[size_t(column)].widgetWidth);
+    const SColumn& settings = m_columns[size_t(column)];
+    return std::max({column == m_model.sortColumn() ? header()->sectionSizeHint(column)
+                                                    : headerTextWidth(column),
+                     settings.widgetWidth, std::min(settings.textWidth, WIDEST_WHOLE_TEXT)});
 }
 
 int CTableColumns::headerTextWidth(int column) const
@@ -120,15 +124,14 @@ void CTableColumns::measureTexts()
             const QString text = safeText(m_store.text(row, column), MEASURED_LENGTH);
             // Most texts are too short to matter, which their length tells without measuring, or
             // were there before the last reload as well.
-            if (text.size() * metrics.height() + m_delegate.chromeWidth(row, column) <=
-                    settings.textWidth ||
-                settings.measured.contains(text))
+            const int chrome = m_delegate.chromeWidth(row, column);
+            if (text.size() * metrics.height() + chrome <= settings.textWidth ||
+                settings.measured.value(text, -1) >= chrome)
                 continue;
             if (settings.measured.size() >= MOST_MEASURED)
                 settings.measured.clear();
-            settings.measured.insert(text);
-            const int needed =
-                metrics.horizontalAdvance(text) + 1 + m_delegate.chromeWidth(row, column);
+            settings.measured.insert(text, chrome);
+            const int needed = metrics.horizontalAdvance(text) + 1 + chrome;
             if (const int width = std::min(needed, WIDEST_TEXT); width > settings.textWidth) {
                 settings.textWidth = width;
                 isChanged = true;
@@ -166,14 +169,16 @@ void CTableColumns::fit()
     const int least =
         std::accumulate(flexible.cbegin(), flexible.cend(), 0,
                         [this](int sum, int column) { return sum + leastWidth(column); });
-    // With less room than the headers need, the table scrolls and everything keeps its own width.
+    // With less room than that the table scrolls, no further than texts and widgets need.
     const bool scrolls = room < least;
     int surplus = room - natural;
     int weight = surplus < 0 ? natural - least : natural;
     for (const int column : flexible) {
         int width = naturalWidth(column);
         const int share = surplus < 0 ? width - leastWidth(column) : width;
-        if (!scrolls && weight > 0) {
+        if (scrolls) {
+            width = std::max(leastWidth(column), m_columns[size_t(column)].textWidth);
+        } else if (weight > 0) {
             // What rounding leaves over goes to the columns still to come.
             const int change = int(qint64(surplus) * share / weight);
             width += change;

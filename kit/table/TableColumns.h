@@ -2,8 +2,8 @@
 
 #include "kit/table/TableLayout.h"
 
+#include <QHash>
 #include <QObject>
-#include <QSet>
 #include <QString>
 
 #include <optional>
@@ -56,8 +56,8 @@ private:
         int fixedWidth = 0;
         int textWidth = 0;
         int widgetWidth = 0;
-        /// Texts that are known to fit, but for an icon beside them.
-        QSet<QString> measured;
+        /// Texts that are known to fit, with the room around them that was counted.
+        QHash<QString, int> measured;
     };
 
     QHeaderView* header() const;

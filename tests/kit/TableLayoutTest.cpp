@@ -28,6 +28,9 @@ private Q_SLOTS:
     void columnsFitThePage();
     void headersAreNeverClipped();
     void columnsMakeRoomForTheirTexts();
+    void numbersAndDaysStayWholeWhereTheTableScrolls();
+    void aTextBesideAnIconStaysWholeAsWell();
+    void widgetsOutOfSightKeepTheirRoomWhenTheThemeChanges();
     void columnsFollowTheSizeOfTheTable();
     void aResizeByTheUserIsFinal();
     void columnsReturnToTheirDefaults();
@@ -276,6 +279,71 @@ void TableLayoutTest::columnsMakeRoomForTheirTexts()
     f.addRow({QStringLiteral("a"), QStringLiteral("b")});
     QCoreApplication::processEvents();
     QCOMPARE(f.table->columnWidth(1), wide);
+}
+
+void TableLayoutTest::numbersAndDaysStayWholeWhereTheTableScrolls()
+{
+    TableFixture f(3);
+    f.resize(200, 200);
+    f.showAndWait();
+    f.addRow({QStringLiteral("800100023"), QStringLiteral("2024-10-10"), QString(60, u'x')});
+    QCoreApplication::processEvents();
+    const QFontMetrics metrics = f.table->view()->fontMetrics();
+    for (const int column : {0, 1})
+        QVERIFY(f.table->columnWidth(column) >
+                metrics.horizontalAdvance(f.cell(0, column).data().toString()));
+    QVERIFY(f.table->view()->horizontalScrollBar()->maximum() > 0);
+    // A long text gives way first.
+    f.resize(400, 200);
+    QCoreApplication::processEvents();
+    QCOMPARE(f.table->view()->horizontalScrollBar()->maximum(), 0);
+    QVERIFY(f.table->columnWidth(2) < metrics.horizontalAdvance(f.cell(0, 2).data().toString()));
+}
+
+void TableLayoutTest::aTextBesideAnIconStaysWholeAsWell()
+{
+    TableFixture f(3);
+    f.resize(200, 200);
+    f.showAndWait();
+    for (int row = 0; row < 2; ++row)
+        f.addRow({QStringLiteral("已授权")});
+    f.table->setItemIconKey(1, 0, QStringLiteral("gw_img_kit_near_expiry"));
+    QCoreApplication::processEvents();
+    const int padding = CUiResource::getSize(QStringLiteral("gw_siz_kit_table_cell_padding"));
+    const int icon = CUiResource::getSize(QStringLiteral("gw_siz_kit_icon"));
+    QVERIFY(f.table->columnWidth(0) >=
+            f.table->view()->fontMetrics().horizontalAdvance(QStringLiteral("已授权")) + icon +
+                3 * padding);
+}
+
+void TableLayoutTest::widgetsOutOfSightKeepTheirRoomWhenTheThemeChanges()
+{
+    TableFixture f(6);
+    f.resize(200, 200);
+    f.showAndWait();
+    for (int row = 0; row < 2; ++row) {
+        f.addRow({QStringLiteral("800100023"), QStringLiteral("800100023")});
+        f.table->setItemWidget(
+            row, 5,
+            [](QWidget* parent) -> QWidget* {
+                auto* button = new QWidget(parent);
+                button->resize(90, 20);
+                return button;
+            },
+            Qt::AlignCenter);
+    }
+    QScrollBar* bar = f.table->view()->horizontalScrollBar();
+    QCoreApplication::processEvents();
+    bar->setValue(bar->maximum());
+    QCoreApplication::processEvents();
+    const int wide = f.table->columnWidth(5);
+    QVERIFY(wide > 90);
+    bar->setValue(0);
+    QCoreApplication::processEvents();
+    CUiResource::setTheme(CUiResource::Theme::Dark);
+    QCoreApplication::processEvents();
+    CUiResource::setTheme(CUiResource::Theme::Light);
+    QCOMPARE(f.table->columnWidth(5), wide);
 }
 
 void TableLayoutTest::columnsFollowTheSizeOfTheTable()
