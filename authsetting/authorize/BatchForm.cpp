@@ -30,7 +30,7 @@ CBatchForm::CBatchForm(QWidget* parent)
 {
     const int margin = uiSize("gw_siz_auth_setting_accounts_authorize_margin");
     setMargin(margin, margin, margin, margin);
-    setSpacing(uiSize("gw_siz_setting_accounts_item_v_space"));
+    setSpacingKey(QStringLiteral("gw_siz_setting_accounts_item_v_space"));
 
     m_granteeEditor->setObjectName(QStringLiteral("halden_batch_grantee"));
     m_granteeEditor->setEditable(true);
@@ -60,7 +60,7 @@ CBatchForm::~CBatchForm()
 void CBatchForm::addField(const QString& caption, QWidget* editor)
 {
     auto* row = new CFormRow(uiSize("gw_siz_kit_list_space"), 0, this);
-    row->addField(caption, editor, uiSize("gw_siz_setting_accounts_editor_width"));
+    row->addField(caption, editor, QStringLiteral("gw_siz_setting_accounts_editor_width"));
     addFixWidget(row);
 }
 

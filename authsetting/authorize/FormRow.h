@@ -19,19 +19,26 @@ class CFormRow : public KZ::CWidgetList
 public:
     /// `captionGap` stands between a caption and its editor, `fieldGap` before the next caption.
     CFormRow(int captionGap, int fieldGap, QWidget* parent);
-    /// With the registry's distance between neighbours for both.
-    explicit CFormRow(QWidget* parent);
+    /// The same with the key of a size between the fields.
+    CFormRow(int captionGap, const QString& fieldGapKey, QWidget* parent);
 
-    /// Appends a caption and an editor of the given size, or of this width in its own height.
-    KZ::CSimpleTextWidget* addField(const QString& caption, QWidget* editor, const QSize& size);
-    KZ::CSimpleTextWidget* addField(const QString& caption, QWidget* editor, int width);
+    /// Appends a caption and an editor, whose size the registry has under these keys; without the
+    /// second one the editor has its own height.
+    KZ::CSimpleTextWidget* addField(const QString& caption, QWidget* editor,
+                                    const QString& widthKey, const QString& heightKey = QString());
 
     /// Appends a text that says something about the field before it.
     KZ::CSimpleTextWidget* addRemark(const QString& text, int gap);
 
+    void onUiResourceChanged() override;
+
 private:
+    void addFieldGap();
+    void takeHeight();
+
     const int m_captionGap;
-    const int m_fieldGap;
+    const int m_fieldGap = 0;
+    const QString m_fieldGapKey;
     bool m_hasField = false;
 };
 

@@ -59,7 +59,7 @@ CSingleAccountForm::CSingleAccountForm(QWidget* parent)
       m_end(new KZ::CSoftCalendarLineEdit(ID_END, this)), m_days(m_start, m_end)
 {
     setMargin(margin, margin, margin, margin);
-    setSpacing(sizeOf("gw_siz_setting_accounts_item_v_space"));
+    setSpacingKey(QStringLiteral("gw_siz_setting_accounts_item_v_space"));
     addRows();
     addTable();
     addGrantButton();
@@ -77,8 +77,8 @@ CSingleAccountForm::~CSingleAccountForm()
 void CSingleAccountForm::addRows()
 {
     const int gap = sizeOf("gw_siz_kit_list_space");
-    const int space = sizeOf("gw_siz_auth_setting_single_account_row_inner_space");
-    const int width = sizeOf("gw_siz_setting_accounts_editor_width");
+    const QString space = QStringLiteral("gw_siz_auth_setting_single_account_row_inner_space");
+    const QString width = QStringLiteral("gw_siz_setting_accounts_editor_width");
     const auto addRow = [this](CFormRow* row) {
         row->addStretch();
         addFixWidget(row);

@@ -7,6 +7,7 @@
 #include "authsetting/shell/AuthSettingNavigator.h"
 #include "authsetting/shell/AuthSettingPage.h"
 #include "authsetting/shell/BusyCount.h"
+#include "authsetting/shell/DialogSizes.h"
 #include "authsetting/shell/FocusKeeper.h"
 #include "authsetting/shell/NavigatorFilter.h"
 #include "authsetting/shell/NavigatorNodes.h"
@@ -110,13 +111,7 @@ void CAuthSettingDialog::takeSizes()
         m_progressBar->resize(uiSize("gw_siz_setting_inner_bottom_progress_width"),
                               uiSize("gw_siz_setting_inner_bottom_progress_height"));
     }
-    const int margin = uiSize("gw_siz_setting_margin");
-    const int frame = borderWidth();
-    setFixedSize(uiSize("gw_siz_setting_inner_right_width") + 3 * margin + 2 * frame +
-                     uiSize("gw_siz_setting_inner_left_width"),
-                 titleBarHeight() + 2 * frame + 3 * margin +
-                     uiSize("gw_siz_setting_inner_bottom_height") +
-                     uiSize("gw_siz_setting_inner_top_height"));
+    setFixedSize(dialogSize(*this, KZ::CUiResource::sizeSet()));
 }
 
 void CAuthSettingDialog::addShortcuts()
@@ -142,6 +137,7 @@ void CAuthSettingDialog::showSettingPage(int pageId)
     if (!s_instance)
         return;
     logDebug(QStringLiteral("start show setting page, load"));
+    fitDialog(s_instance, availableArea(s_instance->parentWidget()));
     s_instance->takeSizes();
     s_instance->load();
     logDebug(QStringLiteral("load finished"));
@@ -154,6 +150,7 @@ void CAuthSettingDialog::showSettingPage(int pageId, int subPageId, QString key,
 {
     if (!s_instance)
         return;
+    fitDialog(s_instance, availableArea(s_instance->parentWidget()));
     s_instance->takeSizes();
     s_instance->load();
     s_instance->showPage(pageId, subPageId, key, tabIndex);

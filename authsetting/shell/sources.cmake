@@ -6,7 +6,8 @@ set(shell_SOURCES
     NodeMarkDelegate.cpp NodeMarkDelegate.h TabOrder.cpp TabOrder.h
     AuthSettingIds.cpp AuthSettingIds.h AuthSettingNavigator.cpp AuthSettingNavigator.h
     AuthSettingPage.cpp AuthSettingPage.h AuthSettingTabPage.cpp AuthSettingTabPage.h
-    ClientDate.cpp ClientDate.h NavigatorFiller.cpp NavigatorFiller.h NavigatorNodes.cpp
-    NavigatorNodes.h NavigatorUpdate.cpp NavigatorUpdate.h OnScreen.cpp OnScreen.h Outcomes.cpp
-    Outcomes.h PageFactory.cpp PageFactory.h ReloadGate.cpp ReloadGate.h RequestTag.cpp RequestTag.h
-    ResultTip.cpp ResultTip.h TableLayouts.cpp TableLayouts.h)
+    ClientDate.cpp ClientDate.h DialogSizes.cpp DialogSizes.h NavigatorFiller.cpp
+    NavigatorFiller.h NavigatorNodes.cpp NavigatorNodes.h NavigatorUpdate.cpp NavigatorUpdate.h
+    OnScreen.cpp OnScreen.h Outcomes.cpp Outcomes.h PageFactory.cpp PageFactory.h ReloadGate.cpp
+    ReloadGate.h RequestTag.cpp RequestTag.h ResultTip.cpp ResultTip.h TableLayouts.cpp
+    TableLayouts.h)

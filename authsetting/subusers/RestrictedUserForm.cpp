@@ -3,7 +3,6 @@
 #include "authsetting/authorize/FormRow.h"
 #include "kit/dates/SoftCalendarLineEdit.h"
 #include "kit/keyboard/SoftKeyboardLineEdit.h"
-#include "kit/resources/UiResource.h"
 #include "kit/widgets/LineEdit.h"
 #include "kit/widgets/SimpleTextWidget.h"
 
@@ -21,11 +20,6 @@ constexpr int confirmId = 2;
 constexpr int startId = 3;
 constexpr int endId = 4;
 
-int sizeOf(const char* key)
-{
-    return KZ::CUiResource::getSize(QString::fromLatin1(key));
-}
-
 } // namespace
 
 CRestrictedUserForm::CRestrictedUserForm(QWidget* parent)
@@ -36,9 +30,9 @@ CRestrictedUserForm::CRestrictedUserForm(QWidget* parent)
       m_end(new KZ::CSoftCalendarLineEdit(endId, this)), m_days(m_start, m_end)
 {
     setMargin(margin, margin, margin, margin);
-    setSpacing(sizeOf("gw_siz_setting_accounts_item_v_space"));
-    const QSize editorSize(sizeOf("gw_siz_setting_accounts_item_width"),
-                           sizeOf("gw_siz_setting_accounts_item_height"));
+    setSpacingKey(QStringLiteral("gw_siz_setting_accounts_item_v_space"));
+    const QString width = QStringLiteral("gw_siz_setting_accounts_item_width");
+    const QString height = QStringLiteral("gw_siz_setting_accounts_item_height");
     const auto addRow = [this](CFormRow* row) {
         row->addStretch();
         addFixWidget(row);
@@ -46,7 +40,7 @@ CRestrictedUserForm::CRestrictedUserForm(QWidget* parent)
 
     auto* user = new CFormRow(captionGap, fieldGap, this);
     m_name->setEnabled(false);
-    user->addField(QStringLiteral("子用户名"), m_name, editorSize);
+    user->addField(QStringLiteral("子用户名"), m_name, width, height);
     m_state = user->addRemark(QString(), fieldGap);
     m_state->setObjectName(QStringLiteral("halden_sub_user_state"));
     addRow(user);
@@ -54,13 +48,13 @@ CRestrictedUserForm::CRestrictedUserForm(QWidget* parent)
     auto* passwords = new CFormRow(captionGap, fieldGap, this);
     m_password->setEchoMode(QLineEdit::Password);
     m_confirm->setEchoMode(QLineEdit::Password);
-    passwords->addField(QStringLiteral("密　　码"), m_password, editorSize);
-    passwords->addField(QStringLiteral("确认密码"), m_confirm, editorSize);
+    passwords->addField(QStringLiteral("密　　码"), m_password, width, height);
+    passwords->addField(QStringLiteral("确认密码"), m_confirm, width, height);
     addRow(passwords);
 
     auto* days = new CFormRow(captionGap, fieldGap, this);
-    days->addField(QStringLiteral("起始时间"), m_start, editorSize);
-    days->addField(QStringLiteral("终止时间"), m_end, editorSize);
+    days->addField(QStringLiteral("起始时间"), m_start, width, height);
+    days->addField(QStringLiteral("终止时间"), m_end, width, height);
     addRow(days);
     m_days.startToday();
     m_days.propose();

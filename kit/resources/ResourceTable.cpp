@@ -48,11 +48,8 @@ CResourceTable::CResourceTable()
 {
     initResources();
     const QJsonObject sizeFile = readFile(QStringLiteral("sizes.json"));
-    for (auto it = sizeFile.begin(); it != sizeFile.end(); ++it) {
-        const QJsonValue value = it.value().toObject().value(QLatin1String("value"));
-        if (value.isDouble())
-            sizes.insert(it.key(), value.toInt());
-    }
+    for (auto it = sizeFile.begin(); it != sizeFile.end(); ++it)
+        addSize(it.key(), it.value().toObject());
     const QJsonObject colorFile = readFile(QStringLiteral("colors.json"));
     for (auto it = colorFile.begin(); it != colorFile.end(); ++it)
         addColor(it.key(), it.value().toObject());
@@ -68,6 +65,16 @@ const CResourceTable& CResourceTable::instance()
 {
     static const CResourceTable table;
     return table;
+}
+
+void CResourceTable::addSize(const QString& key, const QJsonObject& entry)
+{
+    const QJsonValue value = entry.value(QLatin1String("value"));
+    if (value.isDouble())
+        sizes.insert(key, value.toInt());
+    const QJsonValue compact = entry.value(QLatin1String("compact"));
+    if (compact.isDouble())
+        compactSizes.insert(key, compact.toInt());
 }
 
 void CResourceTable::addColor(const QString& key, const QJsonObject& entry)

@@ -34,6 +34,8 @@ public:
     static const CResourceTable& instance();
 
     QHash<QString, int> sizes;
+    /// The sizes that differ in the compact set.
+    QHash<QString, int> compactSizes;
     QHash<QString, ThemedColor> colors;
     QHash<QString, IconEntry> icons;
     QHash<QString, QFont> fonts;
@@ -44,6 +46,7 @@ public:
 private:
     CResourceTable();
 
+    void addSize(const QString& key, const QJsonObject& entry);
     void addColor(const QString& key, const QJsonObject& entry);
     void addIcon(const QString& key, const QJsonObject& entry);
     void addFont(const QString& key, const QJsonObject& entry);

@@ -9,6 +9,7 @@ namespace KZ {
 namespace {
 
 CUiResource::Theme currentTheme = CUiResource::Theme::Light;
+CUiResource::SizeSet currentSizes = CUiResource::SizeSet::Standard;
 
 // A tree asks ten thousand times for the same few.
 QHash<QString, QIcon>& knownIcons()
@@ -26,12 +27,36 @@ void setForAllGroups(QPalette& palette, QPalette::ColorRole role, const char* ke
 
 int CUiResource::getSize(const QString& key)
 {
+    return getSize(key, currentSizes);
+}
+
+int CUiResource::getSize(const QString& key, SizeSet set)
+{
     const auto& sizes = CResourceTable::instance().sizes;
+    if (set == SizeSet::Compact) {
+        const auto& compact = CResourceTable::instance().compactSizes;
+        const auto small = compact.constFind(key);
+        if (small != compact.constEnd())
+            return *small;
+    }
     const auto it = sizes.constFind(key);
     if (it != sizes.constEnd())
         return *it;
     CResourceTable::reportMissing(QStringLiteral("size"), key);
     return sizes.value(QStringLiteral("gw_siz_kit_unknown"), 16);
+}
+
+CUiResource::SizeSet CUiResource::sizeSet()
+{
+    return currentSizes;
+}
+
+void CUiResource::setSizeSet(SizeSet set)
+{
+    if (set == currentSizes)
+        return;
+    currentSizes = set;
+    CUiResourceChangeHandler::notifyAll();
 }
 
 QColor CUiResource::getColor(const QString& key)

@@ -12,7 +12,7 @@
 namespace KZ {
 
 /// The registry of every size, colour, icon and font that the kit and its users draw with, looked
-/// up by key each time one is needed, because the theme may change while windows are open.
+/// up by key each time one is needed, because theme and sizes may change while windows are open.
 ///
 /// The entries come from kit/resources/*.json, compiled into the library. An unknown key is logged
 /// as an error once and answered with something visible: 16 px, magenta, a question mark, the
@@ -21,11 +21,23 @@ class KZKIT_EXPORT CUiResource
 {
 public:
     enum class Theme { Light, Dark };
+    /// The usual sizes, or those with which the settings dialog fits a small screen.
+    enum class SizeSet { Standard, Compact };
 
     CUiResource() = delete;
 
     /// A length in device-independent pixels; the same in both themes.
     static int getSize(const QString& key);
+
+    /// The same length in one set of sizes, whichever is chosen.
+    static int getSize(const QString& key, SizeSet set);
+
+    static SizeSet sizeSet();
+
+    /// Chooses the set of sizes that getSize() answers from and tells every
+    /// CUiResourceChangeHandler; nothing when it is chosen. A size that has no compact value is the
+    /// same in both sets.
+    static void setSizeSet(SizeSet set);
 
     static QColor getColor(const QString& key);
 

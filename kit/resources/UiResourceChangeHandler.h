@@ -6,7 +6,7 @@
 
 namespace KZ {
 
-/// Base of whatever has to look up its colours anew when the theme changes: registered from
+/// Base of whatever has to look up its colours and sizes anew when they change: registered from
 /// construction to destruction. A handler may be created or destroyed inside any other's
 /// notification; a new one is not told of the change under way. GUI thread only.
 class KZKIT_EXPORT CUiResourceChangeHandler
@@ -17,7 +17,7 @@ public:
     CUiResourceChangeHandler& operator=(const CUiResourceChangeHandler&) = delete;
     virtual ~CUiResourceChangeHandler();
 
-    /// The theme has changed; the registry already answers with the new values.
+    /// The theme or the set of sizes has changed; the registry already answers with the new values.
     virtual void onUiResourceChanged() = 0;
 
     /// Calls every registered handler in the order of registration.

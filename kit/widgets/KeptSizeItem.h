@@ -12,6 +12,8 @@ public:
     /// `kept` is the size to keep; without a valid one the widget's hint holds at every layout.
     CKeptSizeItem(QWidget* widget, Qt::Orientation along, bool fillsAcross, const QSize& kept);
 
+    void setKept(const QSize& kept) { m_kept = kept; }
+
     QSize sizeHint() const override;
     QSize minimumSize() const override;
     QSize maximumSize() const override;
@@ -22,7 +24,7 @@ public:
 private:
     const Qt::Orientation m_along;
     const bool m_fillsAcross;
-    const QSize m_kept;
+    QSize m_kept;
 };
 
 } // namespace KZ

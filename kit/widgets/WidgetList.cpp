@@ -51,6 +51,12 @@ void CWidgetList::setSpacing(int spacing)
     m_layout->setSpacing(spacing);
 }
 
+void CWidgetList::setSpacingKey(const QString& sizeKey)
+{
+    m_spacingKey = sizeKey;
+    setSpacing(CUiResource::getSize(sizeKey));
+}
+
 void CWidgetList::addFixWidget(QWidget* widget)
 {
     const bool sized = widget->testAttribute(Qt::WA_Resized);
@@ -80,9 +86,40 @@ void CWidgetList::addStretchWidget(QWidget* widget, int stretch, int anchor, boo
     widget->setVisible(!hidden);
 }
 
+void CWidgetList::keepSizeOf(const QWidget* widget)
+{
+    const int index = m_layout->indexOf(widget);
+    auto* const item = index < 0 ? nullptr : dynamic_cast<CKeptSizeItem*>(m_layout->itemAt(index));
+    if (!item)
+        return;
+    item->setKept(widget->size());
+    m_layout->invalidate();
+}
+
 void CWidgetList::addFixSpace(int length)
 {
-    m_layout->insertSpacing(end(), length);
+    insertSpace(length);
+}
+
+void CWidgetList::addFixSpace(const QString& sizeKey)
+{
+    m_keyedSpaces.emplace_back(insertSpace(CUiResource::getSize(sizeKey)), sizeKey);
+}
+
+QSpacerItem* CWidgetList::insertSpace(int length)
+{
+    auto* space = new QSpacerItem(0, 0);
+    setLength(space, length);
+    m_layout->insertSpacerItem(end(), space);
+    return space;
+}
+
+void CWidgetList::setLength(QSpacerItem* space, int length) const
+{
+    if (m_orientation == Qt::Horizontal)
+        space->changeSize(length, 0, QSizePolicy::Fixed, QSizePolicy::Minimum);
+    else
+        space->changeSize(0, length, QSizePolicy::Minimum, QSizePolicy::Fixed);
 }
 
 void CWidgetList::addStretch()
@@ -103,6 +140,16 @@ QSize CWidgetList::sizeHint() const
 QSize CWidgetList::minimumSizeHint() const
 {
     return m_layout->totalMinimumSize();
+}
+
+void CWidgetList::onUiResourceChanged()
+{
+    CBaseWidget::onUiResourceChanged();
+    if (!m_spacingKey.isEmpty())
+        setSpacing(CUiResource::getSize(m_spacingKey));
+    for (const auto& [space, key] : m_keyedSpaces)
+        setLength(space, CUiResource::getSize(key));
+    m_layout->invalidate();
 }
 
 } // namespace KZ

@@ -16,6 +16,7 @@
 #include <memory>
 
 using namespace KZ;
+using SizeSet = CUiResource::SizeSet;
 using Theme = CUiResource::Theme;
 
 namespace {
@@ -59,9 +60,11 @@ private Q_SLOTS:
     void cleanup();
     void everyKeyInTheSourcesIsDefined();
     void sizesArePositive();
+    void onlyTheSettingsDialogHasCompactSizes();
     void colorsDifferBetweenTheThemes();
     void anUnknownKeyIsVisibleAndLoggedOnce();
     void handlersHearOfAChangeOnly();
+    void handlersHearOfOtherSizes();
     void aHandlerMayDestroyOthersAndItself();
     void aHandlerMadeMeanwhileIsNotCalled();
     void everyIconIsDrawnInBothThemes();
@@ -78,6 +81,7 @@ private Q_SLOTS:
 void UiResourceTest::cleanup()
 {
     CUiResource::setTheme(Theme::Light);
+    CUiResource::setSizeSet(SizeSet::Standard);
     TestCase::cleanup();
 }
 
@@ -119,6 +123,42 @@ void UiResourceTest::sizesArePositive()
         QVERIFY2(CUiResource::getSize(key) < 2000, qPrintable(key));
     }
     QVERIFY(sizes > 40);
+}
+
+void UiResourceTest::onlyTheSettingsDialogHasCompactSizes()
+{
+    int smaller = 0;
+    const QStringList keys = CUiResource::keys();
+    for (const QString& key : keys) {
+        if (!key.startsWith(QLatin1String("gw_siz_")))
+            continue;
+        const int standard = CUiResource::getSize(key, SizeSet::Standard);
+        const int compact = CUiResource::getSize(key, SizeSet::Compact);
+        QVERIFY2(compact > 0 && compact <= standard, qPrintable(key));
+        if (compact == standard)
+            continue;
+        ++smaller;
+        QVERIFY2(key.startsWith(QLatin1String("gw_siz_setting_")) ||
+                     key.startsWith(QLatin1String("gw_siz_auth_setting_")),
+                 qPrintable(key));
+    }
+    QVERIFY(smaller > 5);
+}
+
+void UiResourceTest::handlersHearOfOtherSizes()
+{
+    const QString key = QStringLiteral("gw_siz_setting_margin");
+    QCOMPARE(CUiResource::getSize(key), CUiResource::getSize(key, SizeSet::Standard));
+    int seen = 0;
+    Handler handler([&] { seen = CUiResource::getSize(key); });
+    CUiResource::setSizeSet(SizeSet::Standard);
+    QCOMPARE(handler.calls, 0);
+    CUiResource::setSizeSet(SizeSet::Compact);
+    QCOMPARE(handler.calls, 1);
+    QCOMPARE(seen, CUiResource::getSize(key, SizeSet::Compact));
+    QCOMPARE(CUiResource::sizeSet(), SizeSet::Compact);
+    CUiResource::setSizeSet(SizeSet::Compact);
+    QCOMPARE(handler.calls, 1);
 }
 
 void UiResourceTest::colorsDifferBetweenTheThemes()
@@ -304,7 +344,8 @@ void UiResourceTest::captionsFitTheSizesMadeForThem()
     QFETCH(QString, widthKey);
     QFETCH(int, extra);
     const QFontMetrics metrics(CUiResource::getFont(QStringLiteral("fnt_default_normal")));
-    QVERIFY(metrics.horizontalAdvance(caption) + extra <= CUiResource::getSize(widthKey));
+    for (const SizeSet set : {SizeSet::Standard, SizeSet::Compact})
+        QVERIFY(metrics.horizontalAdvance(caption) + extra <= CUiResource::getSize(widthKey, set));
 }
 
 void UiResourceTest::shownWidgetsRepaintInTheNewTheme()

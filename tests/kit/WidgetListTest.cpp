@@ -5,6 +5,7 @@
 #include "kit/widgets/LineEdit.h"
 #include "kit/widgets/MediumNormalButton.h"
 #include "kit/widgets/SimpleTextWidget.h"
+#include "kit/widgets/SizeFollower.h"
 #include "tests/support/TestCase.h"
 
 using namespace KZ;
@@ -28,6 +29,7 @@ private Q_SLOTS:
     void aDeletedWidgetLeavesNoHole();
     void marginsAndSpacingBelongToTheHint();
     void aNarrowRowElidesItsText();
+    void lengthsByKeyFollowTheSetOfSizes();
 };
 
 void WidgetListTest::aFormRowStandsPackedAtItsBeginning()
@@ -255,6 +257,40 @@ void WidgetListTest::aNarrowRowElidesItsText()
     QCOMPARE(edit->geometry().right(), 399);
     QVERIFY(text->geometry().right() < edit->x());
     QVERIFY(text->shownText() != text->text());
+}
+
+void WidgetListTest::lengthsByKeyFollowTheSetOfSizes()
+{
+    const QString spacing = QStringLiteral("gw_siz_setting_margin");
+    const QString space = QStringLiteral("gw_siz_auth_setting_single_account_row_inner_space");
+    const QString width = QStringLiteral("gw_siz_setting_accounts_editor_width");
+    const QString height = QStringLiteral("gw_siz_auth_setting_accounts_authorize_row_height");
+    CWidgetList row(Qt::Horizontal, nullptr);
+    row.setSpacingKey(spacing);
+    auto* const editor = new CLineEdit(0, &row);
+    auto* const button = new CMediumNormalButton(0, &row);
+    CSizeFollower::follow(editor, width);
+    CSizeFollower::follow(button, width, height);
+    row.addFixWidget(editor);
+    row.addFixSpace(space);
+    row.addFixWidget(button);
+    row.resize(900, 40);
+    row.show();
+    const auto verifyPlaces = [&] {
+        const auto size = [](const QString& key) { return CUiResource::getSize(key); };
+        QTRY_COMPARE(button->size(), QSize(size(width), size(height)));
+        QTRY_COMPARE(editor->width(), size(width));
+        QCOMPARE(editor->height(), editor->sizeHint().height());
+        QTRY_COMPARE(button->x() - editor->geometry().right() - 1, size(spacing) + size(space));
+    };
+    verifyPlaces();
+    const QSize standard = button->size();
+    CUiResource::setSizeSet(CUiResource::SizeSet::Compact);
+    verifyPlaces();
+    QVERIFY(button->size() != standard);
+    CUiResource::setSizeSet(CUiResource::SizeSet::Standard);
+    verifyPlaces();
+    QCOMPARE(button->size(), standard);
 }
 
 int main(int argc, char** argv)
