@@ -12,6 +12,7 @@
 #include "host/client/AccountMessages.h"
 #include "host/client/AuditView.h"
 #include "host/client/ConnectionView.h"
+#include "host/client/FirstPlace.h"
 #include "host/client/MessageArea.h"
 #include "host/client/OfflineNotice.h"
 #include "host/client/ThemeSwitch.h"
@@ -26,7 +27,6 @@
 
 #include <QCloseEvent>
 #include <QMenuBar>
-#include <QScreen>
 #include <QSplitter>
 #include <QStatusBar>
 
@@ -59,8 +59,8 @@ ClientWindow::ClientWindow(std::unique_ptr<backend::Session> session, const QStr
     buildCentre();
     buildMenus();
     buildStatusBar(storeName);
-    resize(QSize(uiSize("gw_siz_client_window_width"), uiSize("gw_siz_client_window_height"))
-               .boundedTo(screen()->availableSize()));
+    resize(uiSize("gw_siz_client_window_width"), uiSize("gw_siz_client_window_height"));
+    new FirstPlace(this);
     takeTheme();
 
     connect(m_session->authClient(), &GW::CAuthClient::sigUiUpdateAuth, this,
