@@ -5,6 +5,8 @@
 #include "kit/resources/UiResource.h"
 
 #include <QDir>
+#include <QGuiApplication>
+#include <QScreen>
 #include <QWidget>
 
 namespace host {
@@ -13,10 +15,24 @@ namespace {
 
 using Theme = KZ::CUiResource::Theme;
 
+/// Whether windows cannot have the sizes that they would like.
+bool isSmallScreen()
+{
+    const QSize available = QGuiApplication::primaryScreen()->availableSize();
+    return available.width() <
+               KZ::CUiResource::getSize(QStringLiteral("gw_siz_client_window_width")) ||
+           available.height() <
+               KZ::CUiResource::getSize(QStringLiteral("gw_siz_client_window_height"));
+}
+
 class Painter
 {
 public:
-    Painter(TourStage& stage, const QString& folder) : m_stage(stage), m_folder(folder) {}
+    Painter(TourStage& stage, const QString& folder)
+        : m_stage(stage), m_folder(folder),
+          m_screen(TourScene::onGui(&isSmallScreen) ? QStringLiteral("-small") : QString())
+    {
+    }
 
     /// Draws the user's window in both themes.
     void draw(const QString& name) const
@@ -26,7 +42,7 @@ public:
             m_stage.scene.settle();
             const QString suffix =
                 theme == Theme::Dark ? QStringLiteral("-dark.png") : QStringLiteral("-light.png");
-            const QString path = m_folder.filePath(name + suffix);
+            const QString path = m_folder.filePath(name + m_screen + suffix);
             const bool saved = TourScene::onGui([&path] {
                 QWidget* window = TourPlaces::window();
                 return window && window->grab().save(path);
@@ -48,6 +64,8 @@ public:
 private:
     TourStage& m_stage;
     QDir m_folder;
+    /// Part of every name; pictures of a small screen stand beside the others.
+    QString m_screen;
 };
 
 } // namespace
