@@ -12,8 +12,10 @@
 #include "authsetting/shell/NavigatorFilter.h"
 #include "authsetting/shell/NavigatorNodes.h"
 #include "authsetting/shell/PageFactory.h"
+#include "kit/accessible/BusyState.h"
 #include "kit/resources/KitStyle.h"
 #include "kit/resources/UiResource.h"
+#include "kit/widgets/BusyBar.h"
 #include "kit/widgets/MediumNormalButton.h"
 #include "kit/widgets/SimpleTextWidget.h"
 #include "kit/widgets/StandardTabControl.h"
@@ -21,7 +23,6 @@
 
 #include <QCloseEvent>
 #include <QPointer>
-#include <QProgressBar>
 #include <QScrollBar>
 #include <QShortcut>
 #include <QSignalBlocker>
@@ -91,14 +92,13 @@ void CAuthSettingDialog::createBusyDisplay()
     m_progressText->setObjectName(QStringLiteral("halden_progress_text"));
     m_progressText->hide();
 
-    m_progressBar = new QProgressBar(this);
+    auto* busyBar = new KZ::CBusyBar(this);
+    m_progressBar = busyBar;
     m_progressBar->setObjectName(QStringLiteral("halden_progress_bar"));
     m_progressText->setAccessibleTarget(m_progressBar);
-    KZ::applyKitStyle(m_progressBar);
-    m_progressBar->setRange(0, 0);
     m_progressBar->hide();
 
-    m_private->busyCount = new CBusyCount(m_progressText, m_progressBar, this);
+    m_private->busyCount = new CBusyCount(m_progressText, busyBar, this);
 }
 
 void CAuthSettingDialog::takeSizes()
@@ -310,6 +310,7 @@ void CAuthSettingDialog::setDialogEnabled(bool enabled)
     m_private->focusKeeper->remember();
     m_private->busy = !enabled;
     m_private->busyCount->clear();
+    KZ::setAccessibleBusy(this, m_private->busy);
     if (m_progressText)
         m_progressText->setVisible(!enabled);
     if (m_progressBar)

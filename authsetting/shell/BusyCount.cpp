@@ -1,15 +1,13 @@
 #include "authsetting/shell/BusyCount.h"
 
 #include "kit/resources/UiResource.h"
-
-#include <QLocale>
-#include <QProgressBar>
+#include "kit/widgets/BusyBar.h"
 
 #include <algorithm>
 
 namespace GW {
 
-CBusyCount::CBusyCount(const QWidget* text, QProgressBar* bar, QWidget* parent)
+CBusyCount::CBusyCount(const QWidget* text, KZ::CBusyBar* bar, QWidget* parent)
     : CSimpleTextWidget(QString(), parent), m_text(text), m_bar(bar)
 {
     setObjectName(QStringLiteral("halden_progress_count"));
@@ -18,9 +16,8 @@ CBusyCount::CBusyCount(const QWidget* text, QProgressBar* bar, QWidget* parent)
 
 void CBusyCount::showCount(int answered, int total)
 {
-    const QLocale locale(QLocale::Chinese, QLocale::China);
-    setText(locale.toString(answered) + QStringLiteral(" / ") + locale.toString(total));
-    m_bar->setAccessibleDescription(text());
+    m_bar->setCount(answered, total);
+    setText(m_bar->countText());
     place();
     show();
 }
@@ -28,7 +25,7 @@ void CBusyCount::showCount(int answered, int total)
 void CBusyCount::clear()
 {
     hide();
-    m_bar->setAccessibleDescription(QString());
+    m_bar->setCount(0, 0);
 }
 
 void CBusyCount::place()

@@ -2,17 +2,19 @@
 
 #include "kit/widgets/SimpleTextWidget.h"
 
-class QProgressBar;
+namespace KZ {
+class CBusyBar;
+}
 
 namespace GW {
 
 /// How much of a large batch is answered, above the right end of the busy bar. Hidden until there
-/// is something to count. It also tells the count as the bar's accessible description.
+/// is something to count. It also tells the count to the bar, for assistive tools.
 class CBusyCount : public KZ::CSimpleTextWidget
 {
 public:
     /// `text` and `bar` outlive it; both are siblings.
-    CBusyCount(const QWidget* text, QProgressBar* bar, QWidget* parent);
+    CBusyCount(const QWidget* text, KZ::CBusyBar* bar, QWidget* parent);
 
     void showCount(int answered, int total);
     void clear();
@@ -21,7 +23,7 @@ public:
 
 private:
     const QWidget* m_text;
-    QProgressBar* m_bar;
+    KZ::CBusyBar* m_bar;
 };
 
 } // namespace GW

@@ -1,5 +1,6 @@
 #include "kit/resources/KitStyle.h"
 
+#include "kit/accessible/AccessibleFactory.h"
 #include "kit/resources/KitProxyStyle.h"
 
 #include <QApplication>
@@ -16,6 +17,8 @@ QStyle* kitStyle()
     if (!style) {
         style = new CKitProxyStyle;
         style->setParent(QCoreApplication::instance());
+        // Every widget of the kit comes by here before anybody can meet it.
+        installAccessibleFactory();
     }
     return style;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 #include <functional>
 
 class QWidget;
@@ -15,6 +17,11 @@ struct CColumnWidgetKind
     std::function<void(QWidget* widget, int row)> bind;
     /// As for COddEvenRowTable::setItemWidget().
     int alignment = 0;
+    /// What the widget's button does and to which row, for assistive tools, who are told without
+    /// the widget being made. Empty for a row that shows no button.
+    std::function<QString(int row)> accessibleName = {};
+    /// Does what a click on the button does, for a row whose widget has not been made.
+    std::function<void(int row)> press = {};
 };
 
 } // namespace KZ

@@ -46,6 +46,12 @@ int CColumnWidgets::alignment(int column) const
     return found == m_columns.end() ? 0 : found->second.kind.alignment;
 }
 
+const CColumnWidgetKind* CColumnWidgets::kind(int column) const
+{
+    const auto found = m_columns.find(column);
+    return found == m_columns.end() ? nullptr : &found->second.kind;
+}
+
 QPointer<QWidget> CColumnWidgets::take(int column, QWidget* parent)
 {
     const auto found = m_columns.find(column);

@@ -17,6 +17,8 @@ class CColumnWidgets
 public:
     void setKind(int column, CColumnWidgetKind kind);
     int alignment(int column) const;
+    /// Null for a column without one; valid until setKind().
+    const CColumnWidgetKind* kind(int column) const;
 
     /// A widget that stands for no cell yet; null when the owner makes none.
     QPointer<QWidget> take(int column, QWidget* parent);

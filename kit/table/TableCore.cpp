@@ -2,6 +2,7 @@
 
 #include "kit/events/EventIds.h"
 #include "kit/resources/UiResource.h"
+#include "kit/table/CellControls.h"
 #include "kit/table/CellWidgetLayer.h"
 #include "kit/table/TableColumns.h"
 #include "kit/table/TableDelegate.h"
@@ -38,6 +39,7 @@ CTableCore::CTableCore(COddEvenRowTable* table, int id, int menuFlags)
       m_view(new CTableView(*this, table)),
       m_delegate(new CTableDelegate(m_store, *m_model, m_view)),
       m_layer(new CCellWidgetLayer(m_view, m_store, *m_model, table)),
+      m_controls(std::make_unique<CCellControls>(m_view, m_store, *m_model, *m_layer)),
       m_columns(new CTableColumns(m_view, *m_model, m_store, *m_delegate)),
       m_filterBar(new CTableFilterBar(table)), m_selection(nullptr),
       m_input(new CTableInput(*this, menuFlags))
@@ -90,7 +92,8 @@ void CTableCore::updateResources()
 void CTableCore::updateAccessibleName()
 {
     const QString name = m_table->accessibleName();
-    m_view->setAccessibleName(name.isEmpty() ? tr("列表") : name);
+    if (!name.isEmpty() || m_view->accessibleName().isEmpty())
+        m_view->setAccessibleName(name.isEmpty() ? tr("列表") : name);
 }
 
 void CTableCore::place()

@@ -7,8 +7,11 @@
 
 #include <QObject>
 
+#include <memory>
+
 namespace KZ {
 
+class CCellControls;
 class CCellWidgetLayer;
 class CTableColumns;
 class CTableDelegate;
@@ -97,6 +100,7 @@ public:
     void textComposed(QInputMethodEvent& event) override;
     void contextMenuAsked(const QPoint& globalPos, int column) override;
     bool needsEscape() const override;
+    CCellControls& cellControls() override { return *m_controls; }
     int cellWidgetWidth(int column) const override;
 
 protected:
@@ -127,6 +131,7 @@ private:
     CTableView* m_view;
     CTableDelegate* m_delegate;
     CCellWidgetLayer* m_layer;
+    const std::unique_ptr<CCellControls> m_controls;
     CTableColumns* m_columns;
     CTableFilterBar* m_filterBar;
     CTableSelection* m_selection;

@@ -266,8 +266,12 @@ int CTableModel::columnCount(const QModelIndex& parent) const
 QString CTableModel::accessibleText(int row, int column) const
 {
     const CRowStore::STick* const tick = m_store.tick(row, column);
-    if (!tick)
-        return safeText(m_store.text(row, column), DISPLAYED_LENGTH);
+    if (!tick) {
+        const QString text = safeText(m_store.text(row, column), DISPLAYED_LENGTH);
+        const QString mark = safeText(m_store.toolTip(row, column), DISPLAYED_LENGTH);
+        return text.isEmpty() || mark.isEmpty() ? QString(text + mark)
+                                                : QString(text + u'，' + mark);
+    }
     const QString state = tick->checked ? tr("已勾选") : tr("未勾选");
     return tick->enabled ? state : QString(state + tr("，已锁定"));
 }

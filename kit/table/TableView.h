@@ -20,6 +20,8 @@ public:
     /// Opens the editor of a cell; false, silently, when that cannot be.
     bool editCell(const QModelIndex& index);
 
+    ITableViewClient& client() const { return m_client; }
+
     void keyboardSearch(const QString& search) override;
 
 protected Q_SLOTS:

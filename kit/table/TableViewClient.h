@@ -6,6 +6,8 @@ class QPoint;
 
 namespace KZ {
 
+class CCellControls;
+
 /// What the view asks of the table around it.
 class ITableViewClient
 {
@@ -31,6 +33,8 @@ public:
     virtual void contextMenuAsked(const QPoint& globalPos, int column) = 0;
     /// Whether Esc means something here and is not the dialog's.
     virtual bool needsEscape() const = 0;
+    /// What the cells hold for the user to press or tick.
+    virtual CCellControls& cellControls() = 0;
     /// Width in pixels that the widgets of a column need.
     virtual int cellWidgetWidth(int column) const = 0;
 };

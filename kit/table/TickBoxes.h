@@ -41,6 +41,8 @@ public:
     void release(const QObject* box) { m_cells.remove(box); }
     /// Brings a check box to the state of its cell's tick.
     void show(CCheckBox* box);
+    /// The name by which a cell's check box goes.
+    QString nameOf(int row, int column) const;
     /// Reports the state of `widget` to the handlers, when that is one of the check boxes.
     void read(const QWidget* widget);
 
@@ -50,7 +52,6 @@ protected:
 private:
     void watch(CCheckBox* box);
     void toggled(const QObject* box, bool checked);
-    QString nameOf(int row, int column) const;
 
     const CRowStore& m_store;
     const CTableModel& m_model;

@@ -1,5 +1,6 @@
 #include "kit/tips/MessageTip.h"
 
+#include "kit/accessible/Announcer.h"
 #include "kit/resources/KitStyle.h"
 #include "kit/resources/UiResource.h"
 #include "kit/tips/TipBody.h"
@@ -117,7 +118,8 @@ CMessageTip::CMessageTip(QWidget* window, QWidget* anchor, int alignment, quint6
     : QFrame(window, Qt::ToolTip | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus),
       m_window(window), m_anchor(anchor), m_anchored(anchor), m_alignment(alignment),
       m_topic(topic), m_body(new CTipBody(this)), m_count(new QLabel(this)),
-      m_close(new QToolButton(this)), m_keys(new CTipKeys(window, this))
+      m_close(new QToolButton(this)), m_keys(new CTipKeys(window, this)),
+      m_announcer(new CAnnouncer(this))
 {
     openTips().append(this);
     setObjectName(QStringLiteral("kz_message_tip"));
@@ -129,6 +131,7 @@ CMessageTip::CMessageTip(QWidget* window, QWidget* anchor, int alignment, quint6
     m_count->setTextFormat(Qt::PlainText);
     m_close->setFocusPolicy(Qt::NoFocus);
     m_close->setAutoRaise(true);
+    m_body->setAccessibleName(QStringLiteral("提示内容"));
     m_close->setAccessibleName(QStringLiteral("关闭"));
     m_close->setToolTip(
         QStringLiteral("关闭（Esc）\nAlt+PageUp / Alt+PageDown 翻页，Ctrl+Shift+C 复制全部"));
@@ -265,9 +268,8 @@ void CMessageTip::refresh()
             .arg(QLocale(QLocale::Chinese, QLocale::China).toString(m_texts.shownCount())));
     m_count->setVisible(isList);
     m_close->setVisible(isList || isLasting());
-    const QString name = m_texts.joined();
-    setAccessibleName(name);
-    m_body->setAccessibleName(name);
+    setAccessibleName(m_texts.joined());
+    m_announcer->setTexts(m_texts.told());
     arrange();
     updateAway(QGuiApplication::applicationState());
     // Not before the turn ends, because the text may still move to another anchor.

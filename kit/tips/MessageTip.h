@@ -14,6 +14,7 @@ class QToolButton;
 
 namespace KZ {
 
+class CAnnouncer;
 class CTipBody;
 class CTipKeys;
 
@@ -112,6 +113,7 @@ private:
     QLabel* m_count;
     QToolButton* m_close;
     CTipKeys* m_keys;
+    CAnnouncer* m_announcer;
     QTimer m_refreshTimer;
     QTimer m_arrangeTimer;
     QTimer m_closeTimer;

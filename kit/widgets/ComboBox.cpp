@@ -42,6 +42,7 @@ void CComboBox::takeEditor(QLineEdit* editor)
 {
     setCompleter(nullptr);
     editor->setStyle(kitStyle());
+    editor->setAccessibleName(accessibleName());
     editor->setMaxLength(CLineEdit::MAX_TEXT_LENGTH);
     editor->setValidator(new CPlainTextValidator(editor));
     editor->installEventFilter(this);
@@ -84,6 +85,7 @@ void CComboBox::showPopup()
     palette.setColor(QPalette::Base, CUiResource::getColor(QStringLiteral("clr_menu")));
     frame->setPalette(palette);
     frame->setFont(font());
+    view()->setAccessibleName(accessibleName());
     QComboBox::showPopup();
 }
 

@@ -1,5 +1,6 @@
 #include "kit/widgets/SimpleTextWidget.h"
 
+#include "kit/accessible/AccessibleName.h"
 #include "kit/resources/UiResource.h"
 
 #include <QEvent>
@@ -48,10 +49,7 @@ void CSimpleTextWidget::setAccessibleTarget(QWidget* target)
     m_target = target;
     if (!target)
         return;
-    // Captions are spread with ideographic spaces, which a screen reader would stumble over.
-    QString name = m_text;
-    name.remove(QChar(QChar::Nbsp)).remove(QChar(0x3000)).remove(QLatin1Char(' '));
-    target->setAccessibleName(name);
+    setEditorName(target, spokenName(m_text).remove(u' '));
 }
 
 QString CSimpleTextWidget::shownText() const

@@ -27,6 +27,7 @@ public:
 
     /// Makes this text the accessible name of `target`, now and after each setText(). Not owned.
     void setAccessibleTarget(QWidget* target);
+    QWidget* accessibleTarget() const { return m_target; }
 
     /// What is drawn at the present width: the text or its elided form.
     QString shownText() const;
