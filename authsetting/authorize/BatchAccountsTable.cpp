@@ -3,6 +3,7 @@
 #include "authsetting/authorize/AuthSettingAccountOpWidget.h"
 #include "authsetting/services/AccountKey.h"
 #include "authsetting/shell/AccountTextCache.h"
+#include "authsetting/shell/AuthSettingEvents.h"
 #include "kit/resources/UiResource.h"
 
 #include <QTableView>
@@ -49,6 +50,10 @@ KZ::CColumnWidgetKind CBatchAccountsTable::operationWidgets()
         operation->setAccountName(itemText(row, AccountColumn));
     };
     kind.alignment = fillCell;
+    kind.accessibleName = [this](int row) -> QString {
+        return QStringLiteral("取消授权 ") + itemText(row, AccountColumn);
+    };
+    kind.press = [this](int row) { deliverEvent(EVENT_CANCEL_AUTH, row, 0, QString(), nullptr); };
     return kind;
 }
 

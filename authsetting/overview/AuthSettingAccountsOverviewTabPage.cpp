@@ -96,6 +96,14 @@ KZ::CColumnWidgetKind CAuthSettingAccountsOverviewTabPage::operationWidgets()
         operation->setAccountName(m_table->itemText(row, AccountColumn));
     };
     kind.alignment = fillCell;
+    kind.accessibleName = [this](int row) -> QString {
+        return m_rows.value(row).authType == mbservice::AUTH_TYPE_GRANTED_TO_OTHER
+                   ? QStringLiteral("取消授权 ") + m_table->itemText(row, AccountColumn)
+                   : QString();
+    };
+    kind.press = [this](int row) {
+        m_table->deliverEvent(EVENT_CANCEL_AUTH, row, 0, QString(), nullptr);
+    };
     return kind;
 }
 

@@ -28,6 +28,7 @@ CAuthNavigateNode::CAuthNavigateNode(int pageId, int subPageId, QString iconKey,
       m_iconKey(std::move(iconKey))
 {
     setIcon(0, KZ::CUiResource::getIcon(m_iconKey));
+    noteChildren();
 }
 
 CAuthNavigateNode::~CAuthNavigateNode() = default;
@@ -37,9 +38,16 @@ CAuthNavigateNode* CAuthNavigateNode::newChild(int pageId, int subPageId, const 
 {
     auto* node = new CAuthNavigateNode(pageId, subPageId, iconKey, key, {text});
     node->setToolTip(0, toolTipOf(text));
-    // Otherwise the tree notes of each that it is expanded, which costs more than the node.
-    node->setFlags(node->flags() | Qt::ItemNeverHasChildren);
     return node;
+}
+
+void CAuthNavigateNode::noteChildren()
+{
+    // A node that has nothing to open would be read as an open one, and the tree would note of it
+    // that it is expanded, which costs more than the node.
+    const bool has = childCount() > 0;
+    if (flags().testFlag(Qt::ItemNeverHasChildren) == has)
+        setFlags(flags().setFlag(Qt::ItemNeverHasChildren, !has));
 }
 
 void CAuthNavigateNode::setIconKey(const QString& iconKey)

@@ -31,6 +31,8 @@ public:
     void setIconKey(const QString& iconKey);
     /// Gives a node made by newChild() another name.
     void setChildName(const QString& text);
+    /// Takes note of whether the node has children; call it after the first came or the last went.
+    void noteChildren();
 
 private:
     int m_pageId;

@@ -36,6 +36,7 @@ void CAuthSettingNavigator::addChildNode(QString text, int pageId, int subPageId
     if (!top)
         return;
     top->addChild(CAuthNavigateNode::newChild(pageId, subPageId, iconKey, key, text));
+    top->noteChildren();
 }
 
 void CAuthSettingNavigator::activeNode(int pageId)

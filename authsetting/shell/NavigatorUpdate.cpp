@@ -105,6 +105,7 @@ void CNavigatorUpdate::finish(Branch* branch)
         rearrange(branch);
     qDeleteAll(std::exchange(branch->spare, {}));
     branch->top->addChildren(std::exchange(branch->children, {}));
+    branch->top->noteChildren();
 }
 
 void CNavigatorUpdate::show()

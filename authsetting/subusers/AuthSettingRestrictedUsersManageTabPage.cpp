@@ -81,7 +81,11 @@ void CAuthSettingRestrictedUsersManageTabPage::buildLayout()
     m_table->setHeaderCentered(Operation);
     m_table->setColumnWidgets(
         Operation, {newDisableButton, [this](QWidget* widget, int row) { bindButton(widget, row); },
-                    Qt::AlignCenter});
+                    Qt::AlignCenter, [this](int row) { return buttonName(row); },
+                    [this](int row) {
+                        m_table->deliverEvent(KZ::EVENT_BUTTON_CLICKED, firstRowButton + row, 0,
+                                              QString(), nullptr);
+                    }});
     restoreTableLayout(m_table);
     m_list->addStretchWidget(m_table, 1, 3, false);
     setInnerStretchWidget(m_list, 0, 0, 0, 0);
@@ -91,7 +95,12 @@ void CAuthSettingRestrictedUsersManageTabPage::bindButton(QWidget* widget, int r
 {
     auto* button = static_cast<KZ::CSmallNormalButton*>(widget);
     button->setId(firstRowButton + row);
-    button->setAccessibleName(QStringLiteral("禁用 ") + m_table->itemText(row, Name));
+    button->setAccessibleName(buttonName(row));
+}
+
+QString CAuthSettingRestrictedUsersManageTabPage::buttonName(int row) const
+{
+    return QStringLiteral("禁用 ") + m_table->itemText(row, Name);
 }
 
 void CAuthSettingRestrictedUsersManageTabPage::reloadData()

@@ -38,6 +38,7 @@ private:
     void buildLayout();
     /// Makes a button of the operation column stand for a row.
     void bindButton(QWidget* widget, int row);
+    QString buttonName(int row) const;
     void fill();
     void fillRow(int row, const QString& subUser);
     void onClicked(int id, void* sender);

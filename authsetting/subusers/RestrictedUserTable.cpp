@@ -6,6 +6,7 @@
 #include "authsetting/services/AuthDetail.h"
 #include "authsetting/shell/AccountTexts.h"
 #include "authsetting/shell/TableLayouts.h"
+#include "kit/events/EventIds.h"
 #include "kit/resources/UiResource.h"
 #include "kit/widgets/SmallNormalButton.h"
 
@@ -46,6 +47,7 @@ CRestrictedUserTable::CRestrictedUserTable(QWidget* parent) : COddEvenRowTable(t
     setHeaderCentered(Select);
     setHeaderCentered(Operation);
     setColumnWidth(Select, KZ::CUiResource::getSize(QStringLiteral("gw_siz_table_column_select")));
+    describeCancelButtons();
     restoreTableLayout(this);
 }
 
@@ -72,6 +74,23 @@ int CRestrictedUserTable::addAccount(const boost::shared_ptr<CAccount>& account)
     return row;
 }
 
+void CRestrictedUserTable::describeCancelButtons()
+{
+    KZ::CColumnWidgetKind kind;
+    kind.accessibleName = [this](int row) -> QString {
+        return m_rows.value(row).cancellable ? cancelButtonName(row) : QString();
+    };
+    kind.press = [this](int row) {
+        deliverEvent(KZ::EVENT_BUTTON_CLICKED, firstCancelButtonId + row, 0, QString(), nullptr);
+    };
+    setColumnWidgets(Operation, kind);
+}
+
+QString CRestrictedUserTable::cancelButtonName(int row) const
+{
+    return QStringLiteral("取消授权 ") + itemText(row, Account);
+}
+
 void CRestrictedUserTable::offerCancelButton(int row)
 {
     setItemWidget(
@@ -83,7 +102,7 @@ QWidget* CRestrictedUserTable::newCancelButton(int row, QWidget* parent)
 {
     auto* button = new KZ::CSmallNormalButton(firstCancelButtonId + row, parent);
     button->setText(QStringLiteral("取消授权"));
-    button->setAccessibleName(QStringLiteral("取消授权 ") + itemText(row, Account));
+    button->setAccessibleName(cancelButtonName(row));
     button->resize(sizeOf("gw_siz_auth_setting_account_btn_width"),
                    sizeOf("gw_siz_auth_setting_account_btn_height"));
     if (!m_rows.at(row).cancellable)

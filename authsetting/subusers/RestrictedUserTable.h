@@ -76,6 +76,8 @@ public:
     QWidget* cancelButton(int row);
 
 private:
+    void describeCancelButtons();
+    QString cancelButtonName(int row) const;
     void offerCancelButton(int row);
     QWidget* newCancelButton(int row, QWidget* parent);
     void showAccount(int row, bool locked, bool cancellable);

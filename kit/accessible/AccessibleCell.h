@@ -6,8 +6,9 @@ namespace KZ {
 
 class CAccessibleCellControl;
 
-/// A cell of a table, named by its row's identifier, so that it stays the same however the user
-/// sorts. Its check box or button is its child, whether there is a widget for that or not.
+/// A cell of a table, known by its row's identifier and not by its place, so that it never comes to
+/// stand for another row. Its check box or button is its child, whether there is a widget for that
+/// or not.
 class CAccessibleCell : public CAccessibleTablePart,
                         public QAccessibleTableCellInterface,
                         public QAccessibleActionInterface

@@ -22,13 +22,10 @@ void CAnnouncer::setTexts(const QStringList& texts)
 
 bool CAnnouncer::eventFilter(QObject* watched, QEvent* event)
 {
-    if (event->type() == QEvent::Show) {
+    if (event->type() == QEvent::Show)
         m_timer.start();
-    } else if (event->type() == QEvent::Hide && m_isShown) {
+    else if (event->type() == QEvent::Hide)
         m_isShown = false;
-        QAccessibleEvent hidden(m_message, QAccessible::ObjectHide);
-        QAccessible::updateAccessibility(&hidden);
-    }
     return QObject::eventFilter(watched, event);
 }
 

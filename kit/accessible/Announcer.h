@@ -8,8 +8,8 @@ class QWidget;
 
 namespace KZ {
 
-/// Tells assistive tools of a message that appears without taking the focus, which Qt does not
-/// report of tool tip windows by itself. What comes within one turn of the event loop is told
+/// Tells assistive tools of a message that appears without taking the focus: of a tool tip window
+/// Qt reports by itself only that it goes. What comes within one turn of the event loop is told
 /// together, and nothing is told twice, also when the message hides for a while.
 class CAnnouncer : public QObject
 {
