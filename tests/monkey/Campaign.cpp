@@ -104,7 +104,12 @@ bool Campaign::runFreshSeeds()
     m_time.restart();
     while (!isOver()) {
         m_report.clearFailure();
-        seed = runSeeds(seed);
+        // A process for each, so that a seed alone gives what it gave among others.
+        runApart(m_report, m_options.collects, [this, seed](Report& report) {
+            Stage stage(m_folder.path());
+            runSeed(stage, seed, m_options.perDialog, m_options.seconds, report);
+        });
+        ++seed;
         const Failure failure = m_report.failure();
         if (failure.isEmpty())
             continue;
@@ -112,29 +117,14 @@ bool Campaign::runFreshSeeds()
             tell(failure, m_report.seed);
             return false;
         }
-        Found& found = m_found[failure.sort];
+        const bool isWarning = failure.sort == QStringLiteral("warning");
+        Found& found = m_found[isWarning ? failure.text : failure.sort];
         if (++found.times == 1) {
             found.seed = m_report.seed;
             found.text = failure.text;
         }
     }
     return true;
-}
-
-quint64 Campaign::runSeeds(quint64 seed)
-{
-    // A process does not grow old, so that one seed alone gives what it gave among others.
-    constexpr int mostInOneProcess = 50;
-    runApart(m_report, m_options.collects, [this, seed](Report& report) {
-        Stage stage(m_folder.path());
-        for (int index = 0; index < mostInOneProcess && report.failure().isEmpty(); ++index) {
-            if (index > 0 && isOver())
-                break;
-            runSeed(stage, seed + static_cast<quint64>(index), m_options.perDialog,
-                    m_options.seconds, report);
-        }
-    });
-    return m_report.seed + 1;
 }
 
 Failure Campaign::replay(const Script& script, bool quiet)

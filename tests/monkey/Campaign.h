@@ -33,8 +33,6 @@ private:
     bool replayScript();
     bool runKnownSeeds();
     bool runFreshSeeds();
-    /// Runs seeds from `seed` on until one fails or the bounds are reached; the next seed.
-    quint64 runSeeds(quint64 seed);
     /// `seconds` bounds the time since the start; 0 does not.
     void runSeed(Stage& stage, quint64 seed, int actions, int seconds, Report& report);
     Failure replay(const Script& script, bool quiet);

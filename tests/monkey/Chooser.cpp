@@ -8,7 +8,9 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QFileDialog>
+#include <QLineEdit>
 
+#include <algorithm>
 #include <array>
 
 namespace monkey {
@@ -124,6 +126,9 @@ Action Chooser::users()
         return inMenu();
     if (front && front->objectName() == QStringLiteral("halden_input_dialog") && !chance(10))
         return inPasswordDialog();
+    if (!QApplication::activePopupWidget() && front == &m_dialog && !Screen::looksBusy(m_dialog) &&
+        chance(35))
+        return towardsGrant();
     const int dice = below(100);
     if (dice < 45)
         return control();
@@ -160,6 +165,74 @@ Action Chooser::control()
             break;
     }
     return {Action::PressWidget, index, 0, chance(4) ? 2 : 1, {}};
+}
+
+Action Chooser::pressOne(const std::function<bool(const QWidget*)>& isMeant)
+{
+    const QVector<QWidget*> controls = m_hands.controls();
+    QVector<int> meant;
+    for (int index = 0; index < controls.size(); ++index) {
+        if (isMeant(controls.at(index)))
+            meant.append(index);
+    }
+    if (meant.isEmpty())
+        return control();
+    return {Action::PressWidget, meant.at(below(static_cast<int>(meant.size()))), 0, 1, {}};
+}
+
+Action Chooser::towardsGrant()
+{
+    const Screen screen = Screen::read(m_dialog, nullptr);
+    const bool isTicked =
+        std::any_of(screen.rows.cbegin(), screen.rows.cend(),
+                    [](const ScreenRow& row) { return row.isTicked && !row.isLocked; });
+    const auto isBox = [](const QWidget* widget) { return widget->inherits("QCheckBox"); };
+    const auto isGrantButton = [](const QWidget* widget) {
+        const auto* button = qobject_cast<const QAbstractButton*>(widget);
+        return button && button->text() == QStringLiteral("授权");
+    };
+    switch (screen.page) {
+    case Screen::Batch:
+    case Screen::SubUser:
+        if (screen.page == Screen::SubUser && !screen.userIsEnabled)
+            return towardsState();
+        if (!isTicked || chance(20))
+            return pressOne(isBox);
+        if (screen.page == Screen::Batch && screen.user.isEmpty())
+            return towardsGrantee();
+        return pressOne(isGrantButton);
+    case Screen::SingleAccount:
+        return screen.user.isEmpty() ? towardsGrantee() : pressOne(isGrantButton);
+    case Screen::Overview:
+        return {Action::PressTab, 1, 0, 1, {}};
+    default:
+        return {Action::PressNode, below(40), 0, 1, {}};
+    }
+}
+
+Action Chooser::towardsGrantee()
+{
+    const auto isGrantee = [](const QWidget* widget) {
+        return widget->inherits("QLineEdit") && widget->parentWidget()->inherits("QComboBox");
+    };
+    const QWidget* focused = m_dialog.focusWidget();
+    if (focused && (isGrantee(focused) || focused->inherits("QComboBox")))
+        return {Action::Type, 0, 0, 0, QStringLiteral("u%1").arg(1 + below(3))};
+    return pressOne(isGrantee);
+}
+
+Action Chooser::towardsState()
+{
+    const auto isEmptyPassword = [](const QWidget* widget) {
+        const auto* edit = qobject_cast<const QLineEdit*>(widget);
+        return edit && edit->echoMode() == QLineEdit::Password && edit->text().isEmpty();
+    };
+    if (const QWidget* focused = m_dialog.focusWidget(); focused && isEmptyPassword(focused))
+        return {Action::Type, 0, 0, 0, QStringLiteral("secret")};
+    const QVector<QWidget*> controls = m_hands.controls();
+    if (std::any_of(controls.cbegin(), controls.cend(), isEmptyPassword))
+        return pressOne(isEmptyPassword);
+    return {Action::Key, Qt::Key_F8, 0, 0, {}};
 }
 
 Action Chooser::key()

@@ -2,9 +2,11 @@
 
 #include "tests/monkey/Action.h"
 
+#include <functional>
 #include <random>
 
 class OpenDialog;
+class QWidget;
 
 namespace monkey {
 
@@ -25,6 +27,12 @@ private:
     bool chance(int percent) { return below(100) < percent; }
     Action users();
     Action control();
+    /// The next step of a user who means to grant something.
+    Action towardsGrant();
+    Action towardsGrantee();
+    Action towardsState();
+    /// A press on one of the controls in sight that are meant; anything at all without one.
+    Action pressOne(const std::function<bool(const QWidget*)>& isMeant);
     Action key();
     Action typing();
     Action inMenu();

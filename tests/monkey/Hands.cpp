@@ -175,7 +175,9 @@ void Hands::moveTo(const QPoint& place)
     if (!window || !window->windowHandle())
         return;
     const QPoint inside = window->mapFromGlobal(place);
-    if (!window->rect().contains(inside))
+    // A window that is just being shown may not have its size yet.
+    if (!window->rect().contains(inside) ||
+        !QRect(QPoint(), window->windowHandle()->size()).contains(inside))
         return;
     m_pointer = place;
     QTest::mouseMove(window->windowHandle(), inside);

@@ -16,6 +16,11 @@ QString dayOf(qint32 seconds)
     return KZ::secondToQDateTime(seconds).date().toString(Qt::ISODate);
 }
 
+QString fileName(const QString& path)
+{
+    return path.section(u'/', -1);
+}
+
 QString numberOf(const mbservice::CAccountInfo& account)
 {
     return QString::fromStdString(account.accountId);
@@ -257,15 +262,16 @@ Failure Truth::judgeExport(const Call& call)
     ++m_files;
     const auto request = m_requests.constFind(call.path);
     if (request == m_requests.constEnd())
-        return {QStringLiteral("file"), QStringLiteral("nobody asked for ") + call.path};
+        return {QStringLiteral("file"), QStringLiteral("nobody asked for ") + fileName(call.path)};
     const QVector<Call>& log = m_world.client.log;
     if (call.password != request->password)
-        return {QStringLiteral("file"), call.path + QStringLiteral(" has another password")};
+        return {QStringLiteral("file"),
+                fileName(call.path) + QStringLiteral(" has another password")};
     QStringList expected;
     for (const int index : request->calls) {
         if (log.at(index).isOpen)
             return {QStringLiteral("file-early"),
-                    call.path + QStringLiteral(" was written before all answers")};
+                    fileName(call.path) + QStringLiteral(" was written before all answers")};
         if (log.at(index).isGranted)
             expected.append(log.at(index).ref);
     }
@@ -282,11 +288,13 @@ Failure Truth::judgeExport(const Call& call)
             });
         if (asked == request->calls.cend())
             return {QStringLiteral("file-other"),
-                    QStringLiteral("%1 holds %2 for %3").arg(call.path, number, grant->grantee)};
+                    QStringLiteral("%1 holds %2 for %3")
+                        .arg(fileName(call.path), number, grant->grantee)};
         if (QString::fromStdString(grant->account.accountPrivate) != World::secretOf(number) &&
             m_world.account(number))
-            return {QStringLiteral("file-secret"),
-                    QStringLiteral("%1 holds a wrong secret of %2").arg(call.path, number)};
+            return {
+                QStringLiteral("file-secret"),
+                QStringLiteral("%1 holds a wrong secret of %2").arg(fileName(call.path), number)};
     }
     written.sort();
     expected.sort();
@@ -294,7 +302,7 @@ Failure Truth::judgeExport(const Call& call)
         return {};
     return {QStringLiteral("file-other"),
             QStringLiteral("%1 holds %2 and not %3")
-                .arg(call.path, written.join(u','), expected.join(u','))};
+                .arg(fileName(call.path), written.join(u','), expected.join(u','))};
 }
 
 } // namespace monkey

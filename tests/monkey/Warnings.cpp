@@ -3,6 +3,9 @@
 #include <QMutex>
 #include <QStringList>
 
+#include <cstdio>
+#include <utility>
+
 namespace monkey {
 
 namespace {
@@ -17,6 +20,9 @@ void onMessage(QtMsgType type, const QMessageLogContext&, const QString& text)
     if (type == QtDebugMsg || type == QtInfoMsg ||
         text.startsWith(QStringLiteral("This plugin does not support ")))
         return;
+    // Nobody comes to ask after it.
+    if (type == QtFatalMsg)
+        std::fputs(qPrintable(text + u'\n'), stderr);
     const QMutexLocker locker(&s_mutex);
     if (s_first.isEmpty())
         s_first = text;
