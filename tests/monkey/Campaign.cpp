@@ -104,6 +104,7 @@ bool Campaign::runFreshSeeds()
     m_time.restart();
     while (!isOver()) {
         m_report.clearFailure();
+        const qint64 before = m_report.actions;
         // A process for each, so that a seed alone gives what it gave among others.
         runApart(m_report, m_options.collects, [this, seed](Report& report) {
             Stage stage(m_folder.path());
@@ -121,6 +122,7 @@ bool Campaign::runFreshSeeds()
         Found& found = m_found[isWarning ? failure.text : failure.sort];
         if (++found.times == 1) {
             found.seed = m_report.seed;
+            found.actions = m_report.actions - before;
             found.text = failure.text;
         }
     }
@@ -170,10 +172,11 @@ void Campaign::tell(const Failure& failure, quint64 seed)
 void Campaign::tellFound() const
 {
     for (auto found = m_found.cbegin(); found != m_found.cend(); ++found)
-        print(QStringLiteral("%1 times %2, first with seed %3: %4")
+        print(QStringLiteral("%1 times %2, first with seed %3 after %4 actions: %5")
                   .arg(found->times)
                   .arg(found.key())
                   .arg(found->seed)
+                  .arg(found->actions)
                   .arg(found->text));
 }
 

@@ -27,6 +27,7 @@ private:
     {
         int times = 0;
         quint64 seed = 0;
+        qint64 actions = 0;
         QString text;
     };
 

@@ -169,28 +169,30 @@ void Hands::act(const Action& action)
     }
 }
 
-void Hands::moveTo(const QPoint& place)
+bool Hands::moveTo(const QPoint& place)
 {
-    const QWidget* window = front();
-    if (!window || !window->windowHandle())
-        return;
+    const QPointer<QWidget> window = front();
+    const QPointer<QWindow> handle = window ? window->windowHandle() : nullptr;
+    if (!handle)
+        return false;
     const QPoint inside = window->mapFromGlobal(place);
     // A window that is just being shown may not have its size yet.
-    if (!window->rect().contains(inside) ||
-        !QRect(QPoint(), window->windowHandle()->size()).contains(inside))
-        return;
+    const QRect area = QRect(QPoint(), handle->size()).intersected(window->rect());
+    if (!area.contains(inside))
+        return false;
     m_pointer = place;
-    QTest::mouseMove(window->windowHandle(), inside);
+    QTest::mouseMove(handle, inside);
+    return window && handle && window == front() &&
+           QRect(QPoint(), handle->size()).contains(window->mapFromGlobal(place));
 }
 
 void Hands::press(const QPoint& place, Qt::MouseButton button)
 {
     if (isPressing() || place.isNull())
         return;
-    moveTo(place);
-    QWidget* window = front();
-    if (!window || !window->windowHandle() || m_pointer != place)
+    if (!moveTo(place))
         return;
+    QWidget* window = front();
     m_button = button;
     const QPoint inside = window->mapFromGlobal(place);
     m_pressed = window->childAt(inside);
@@ -219,11 +221,10 @@ void Hands::doubleClick(const QPoint& place)
 {
     if (isPressing() || place.isNull())
         return;
-    moveTo(place);
+    if (!moveTo(place))
+        return;
     const QWidget* window = front();
-    if (window && window->windowHandle() && m_pointer == place)
-        QTest::mouseDClick(window->windowHandle(), Qt::LeftButton, {},
-                           window->mapFromGlobal(place));
+    QTest::mouseDClick(window->windowHandle(), Qt::LeftButton, {}, window->mapFromGlobal(place));
 }
 
 void Hands::wheel(const QPoint& place, int steps)

@@ -41,7 +41,8 @@ private:
     QPoint nodePlace(int node) const;
     void press(const QPoint& place, Qt::MouseButton button);
     void doubleClick(const QPoint& place);
-    void moveTo(const QPoint& place);
+    /// False when the window in front is not there, or no longer the same afterwards.
+    bool moveTo(const QPoint& place);
     void release();
     void wheel(const QPoint& place, int steps);
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers, const QString& text);

@@ -1,8 +1,7 @@
 #include "tests/monkey/ObjectCount.h"
 
+#include "kit/table/OddEvenRowTable.h"
 #include "tests/authsetting/ShellTestTools.h"
-
-#include <QTableView>
 
 namespace monkey {
 
@@ -18,26 +17,26 @@ QString pagesOf(const OpenDialog& dialog)
     return pages.join(u' ');
 }
 
-bool isInCell(const QObject* object)
+bool isInTable(const QObject* object)
 {
     for (const QObject* parent = object->parent(); parent; parent = parent->parent()) {
-        if (qobject_cast<const QTableView*>(parent))
+        if (qobject_cast<const KZ::COddEvenRowTable*>(parent))
             return true;
     }
     return false;
 }
 
-Failure checkCells(const OpenDialog& dialog)
+Failure checkTables(const OpenDialog& dialog)
 {
     constexpr int perCell = 4;
-    constexpr int besides = 40;
-    const QList<QTableView*> views = dialog.findChildren<QTableView*>();
-    for (const QTableView* view : views) {
-        const auto widgets = view->viewport()->findChildren<QWidget*>();
-        const int cells = view->model()->rowCount() * view->model()->columnCount();
-        if (widgets.size() > perCell * cells + besides)
+    constexpr int besides = 120;
+    const auto tables = dialog.findChildren<KZ::COddEvenRowTable*>();
+    for (const KZ::COddEvenRowTable* table : tables) {
+        const qsizetype widgets = table->findChildren<QWidget*>().size();
+        const int cells = table->rowCount() * table->columnCount();
+        if (widgets > perCell * cells + besides)
             return {QStringLiteral("objects"),
-                    QStringLiteral("%1 widgets in %2 cells").arg(widgets.size()).arg(cells)};
+                    QStringLiteral("%1 widgets in a table of %2 cells").arg(widgets).arg(cells)};
     }
     return {};
 }
@@ -50,7 +49,7 @@ Failure ObjectCount::check(const OpenDialog& dialog)
     QHash<QByteArray, int> counts;
     const QList<QObject*> objects = dialog.findChildren<QObject*>();
     for (const QObject* object : objects) {
-        if (!isInCell(object))
+        if (!isInTable(object))
             ++counts[object->metaObject()->className()];
     }
     QHash<QByteArray, Highest>& highest = m_highest[pagesOf(dialog)];
@@ -64,7 +63,7 @@ Failure ObjectCount::check(const OpenDialog& dialog)
                                                    .arg(QString::fromLatin1(count.key()))
                                                    .arg(count.value())};
     }
-    return checkCells(dialog);
+    return checkTables(dialog);
 }
 
 } // namespace monkey

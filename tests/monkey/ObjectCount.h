@@ -13,8 +13,8 @@ namespace monkey {
 /// Compares how many objects the closed dialog has with the earlier closes with the same pages.
 ///
 /// Some of Qt's helpers are made when they are first needed, and a table has widgets for the cells
-/// that were seen. So cell widgets are held against the cells, and any other class may reach a new
-/// highest count a few times; one that does so with every close is never freed.
+/// that were seen. So a table's widgets are held against its cells, and any other class may reach a
+/// new highest count a few times; one that does so with every close is never freed.
 class ObjectCount
 {
 public:
