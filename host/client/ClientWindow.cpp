@@ -13,6 +13,7 @@
 #include "host/client/AuditView.h"
 #include "host/client/ConnectionView.h"
 #include "host/client/FirstPlace.h"
+#include "host/client/GrantFailures.h"
 #include "host/client/MessageArea.h"
 #include "host/client/OfflineNotice.h"
 #include "host/client/ThemeSwitch.h"
@@ -51,6 +52,7 @@ ClientWindow::ClientWindow(std::unique_ptr<backend::Session> session, const QStr
     setWindowTitle(QStringLiteral("交易客户端 - %1").arg(m_session->userName()));
     const GW::CTimeService* time = m_session->timeService();
     m_messages = std::make_unique<AccountMessages>([time] { return time->currentDateTime(); });
+    m_grantFailures = std::make_unique<GrantFailures>(*m_session, *m_messages);
     m_session->install(m_messages.get());
     m_dialog = new GW::CAuthSettingDialog(this);
     m_dialog->setNavigatorFiller(&GW::fillNavigator);

@@ -29,6 +29,7 @@ class AccountListView;
 class AccountMessages;
 class AuditView;
 class ConnectionView;
+class GrantFailures;
 class MessageArea;
 class OfflineNotice;
 
@@ -82,6 +83,7 @@ private:
 
     std::unique_ptr<backend::Session> m_session;
     std::unique_ptr<AccountMessages> m_messages;
+    std::unique_ptr<GrantFailures> m_grantFailures;
     GW::CAuthSettingDialog* m_dialog;
     KZ::CStandardTabControl* m_tabs = nullptr;
     AccountListView* m_accounts = nullptr;

@@ -46,6 +46,7 @@ private Q_SLOTS:
     void anAccountsMenuOpensItsOwnPage();
     void aSubUsersEntryOpensHisPage();
     void closingWhileARequestIsOutLosesNothing();
+    void aRefusedGrantGetsASecondMessage();
     void aLargeBatchThatIsClosedHalfWayArrivesWhole();
     void signingOutWhileARequestIsOutFinishesIt();
     void aGrantFromElsewhereGrowsTheTree();
@@ -234,6 +235,26 @@ void SettingsFlowTest::closingWhileARequestIsOutLosesNothing()
             QVERIFY(!visibleChild<QProgressBar>(dialog));
             QVERIFY(visibleChild<KZ::COddEvenRowTable>(dialog)->isEnabled());
         });
+}
+
+void SettingsFlowTest::aRefusedGrantGetsASecondMessage()
+{
+    const DemoFixture demo;
+    const auto window = demo.clientWindow(DemoData::mainUser());
+    window->show();
+    withDialog(
+        *window, [&] { window->openSettings(201); },
+        [&] {
+            sendBatchGrant(window->settingsDialog(), {shown("80010001")},
+                           QStringLiteral("没有此人"));
+        });
+    QTRY_VERIFY(tipTexts().contains(QStringLiteral("用户不存在")));
+    const KZ::COddEvenRowTable* table = window->messageArea()->table();
+    QTRY_COMPARE(table->rowCount(), 2);
+    // Newest first: the page's announcement, and above it what became of it.
+    QVERIFY(table->itemText(1, 3).endsWith(QStringLiteral("授权, 撤销所有执行任务")));
+    QCOMPARE(table->itemText(0, 3), QStringLiteral("账户") + shown("80010001") +
+                                        QStringLiteral("授权给没有此人失败。原因：用户不存在"));
 }
 
 void SettingsFlowTest::aLargeBatchThatIsClosedHalfWayArrivesWhole()
