@@ -193,10 +193,13 @@ bool CAuthSettingSingleAccountAuthorizeTabPage::handleEvent(int eventId, int par
             break;
         checkDates();
         return true;
+    case KZ::EVENT_TEXT_EDITED:
+        m_enteredByProgram = m_enteredByProgram && !fromGrantee;
+        break;
     case KZ::EVENT_FOCUS_LEFT:
         if (!fromGrantee)
             break;
-        if (!m_leavingByProgram && !fromPlatform)
+        if (!fromPlatform && !m_leavingByProgram && !std::exchange(m_enteredByProgram, false))
             checkGrantee();
         return true;
     default:
@@ -207,8 +210,10 @@ bool CAuthSettingSingleAccountAuthorizeTabPage::handleEvent(int eventId, int par
 
 void CAuthSettingSingleAccountAuthorizeTabPage::showEvent(QShowEvent* event)
 {
-    if (!event->spontaneous())
+    if (!event->spontaneous()) {
         m_leavingByProgram = false;
+        m_enteredByProgram = isHosted(this);
+    }
     IAuthSettingTabPage::showEvent(event);
 }
 

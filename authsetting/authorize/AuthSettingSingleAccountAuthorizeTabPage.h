@@ -95,6 +95,8 @@ private:
     quint64 m_cancelRequest = 0;
     /// The user did not leave an editor that a reload or hiding the page took from him.
     bool m_leavingByProgram = false;
+    /// The dialog put the user into the grantee's box, and he has not typed there since.
+    bool m_enteredByProgram = false;
 };
 
 } // namespace GW

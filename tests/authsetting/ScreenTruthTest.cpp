@@ -340,6 +340,21 @@ private Q_SLOTS:
         QTRY_COMPARE(test.table()->itemText(2, 5), QStringLiteral("dave"));
     }
 
+    void leavingABoxThatTheUserWasPutIntoIsNoMistake()
+    {
+        TruthDesk test;
+        test.desk.dialog.show();
+        QVERIFY(QTest::qWaitForWindowActive(&test.desk.dialog));
+        test.showAccount(0);
+        QVERIFY(test.grantee()->hasFocus());
+        QTest::keyClick(test.grantee(), Qt::Key_Tab);
+        QVERIFY(tipTexts().isEmpty());
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
+        QVERIFY(test.grantee()->hasFocus());
+        QTest::keyClick(test.grantee(), Qt::Key_Tab);
+        VERIFY_TIP(test.grantee(), QStringLiteral("被授权人不能为空"), 3);
+    }
+
     void aReloadKeepsTheUserWithHisAccount()
     {
         SubUserDesk test;
