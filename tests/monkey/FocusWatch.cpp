@@ -5,6 +5,7 @@
 #include "tests/monkey/Screen.h"
 
 #include <QApplication>
+#include <QSet>
 
 namespace monkey {
 
@@ -13,9 +14,10 @@ namespace {
 bool goesToAnotherWidget(const Action& action)
 {
     const bool presses = action.kind == Action::PressWidget || action.kind == Action::PressAt;
-    const bool steps =
-        action.kind == Action::Key && (action.a == Qt::Key_Tab || action.a == Qt::Key_Backtab);
-    return presses || steps;
+    // An arrow key leads from a button to its neighbour.
+    static const QSet<int> stepKeys{Qt::Key_Tab, Qt::Key_Backtab, Qt::Key_Down,
+                                    Qt::Key_Up,  Qt::Key_Left,    Qt::Key_Right};
+    return presses || (action.kind == Action::Key && stepKeys.contains(action.a));
 }
 
 QString describe(const QWidget* widget)
@@ -38,6 +40,11 @@ Failure FocusWatch::check(const OpenDialog& dialog, const Action& action)
     const QWidget* focused =
         dialog.isActiveWindow() ? QApplication::focusWidget() : dialog.focusWidget();
     const QString found = QStringLiteral(" the focus is with ") + describe(focused);
+    if (focused && focused->objectName() == QStringLiteral("halden_close_button")) {
+        m_onClose = m_onClose || goesToAnotherWidget(action);
+        return m_onClose ? Failure{} : Failure{QStringLiteral("focus-close"), found};
+    }
+    m_onClose = false;
     if (Screen::looksBusy(dialog))
         return focused == &dialog
                    ? Failure{}
@@ -47,16 +54,10 @@ Failure FocusWatch::check(const OpenDialog& dialog, const Action& action)
         return focused == &dialog ? Failure{}
                                   : Failure{QStringLiteral("focus-empty"),
                                             QStringLiteral("on the empty page") + found};
-    if (focused && focused->objectName() == QStringLiteral("halden_close_button")) {
-        m_onClose = m_onClose || goesToAnotherWidget(action);
-        return m_onClose ? Failure{} : Failure{QStringLiteral("focus-close"), found};
-    }
     const auto* tree = dialog.findChild<GW::CAuthSettingNavigator*>();
     const bool isUsable = focused && focused->isVisible() && focused->isEnabled();
-    if (isUsable && page->isAncestorOf(focused)) {
-        m_onClose = false;
+    if (isUsable && page->isAncestorOf(focused))
         return {};
-    }
     // The tree's filter box stands inside the tree.
     if (isUsable && tree->isAncestorOf(focused) && focused->inherits("QLineEdit"))
         return {};
