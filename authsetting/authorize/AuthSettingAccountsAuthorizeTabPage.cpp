@@ -229,7 +229,8 @@ void CAuthSettingAccountsAuthorizeTabPage::slotAddAuthResult(QString grantee,
     if (!isRequestOf(this, tag))
         return;
     const QString key = genAccountKeyQs(account);
-    const CGrantRequests::Pointer request = requestOf(key, grantee, limit, toServer);
+    const CGrantRequests::Pointer request =
+        m_requests.takeResult(this, key, grantee, limit, toServer, m_exportPath, m_exportPassword);
     if (!request)
         return;
     if (ok) {
@@ -248,32 +249,15 @@ void CAuthSettingAccountsAuthorizeTabPage::slotAddAuthResult(QString grantee,
                       outcomeTip, request->number());
     }
     request->answer(key, grantRef);
-    const bool isPresent = request == m_requests.present();
-    if (isPresent)
+    if (request == m_requests.present())
         showProgress(request->answered(), request->entries().size());
     if (!request->isAnswered())
         return;
-    // The dialog waits for the request that was made last.
-    if (isPresent || !m_requests.present())
+    if (m_requests.isAwaited(request))
         m_outcomes.finish(request->number(),
                           [this, request, toServer] { finishGrant(request, toServer); });
     else
         finishGrant(request, toServer);
-}
-
-CGrantRequests::Pointer CAuthSettingAccountsAuthorizeTabPage::requestOf(const QString& key,
-                                                                        const QString& grantee,
-                                                                        const CAuthLimit& limit,
-                                                                        bool toServer)
-{
-    const CGrantRequests::Pointer request = m_requests.find(key, grantee, limit, toServer);
-    if (request || isHosted(this))
-        return request;
-    // Alone, the page takes every result that carries its tag.
-    const CGrantRequests::Pointer present = m_requests.present();
-    return present ? present
-                   : boost::make_shared<CGrantRequest>(grantee, toServer, m_exportPath,
-                                                       m_exportPassword);
 }
 
 boost::shared_ptr<CAccount> CAuthSettingAccountsAuthorizeTabPage::accountOf(const QString& key)

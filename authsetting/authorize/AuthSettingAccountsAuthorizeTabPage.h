@@ -71,9 +71,6 @@ private:
     boost::shared_ptr<CAccount> accountOf(const QString& key);
     /// Its row; -1 when there is none.
     int rowOf(const QString& key);
-    /// The request that a result belongs to; null for one that this page did not ask for.
-    CGrantRequests::Pointer requestOf(const QString& key, const QString& grantee,
-                                      const CAuthLimit& limit, bool toServer);
     void finishGrant(const CGrantRequests::Pointer& request, bool toServer);
     void cancelGrant(int row);
     void showCancelResult(bool ok, QString error);

@@ -333,10 +333,12 @@ void CAuthSettingSingleAccountAuthorizeTabPage::slotAddAuthResult(
 {
     if (!isRequestOf(this, tag))
         return;
-    const CGrantRequests::Pointer request = requestOf(account, grantee, limit, toServer);
+    const QString accountKey = genAccountKeyQs(account);
+    const CGrantRequests::Pointer request = m_requests.takeResult(
+        this, accountKey, grantee, limit, toServer, m_exportPath, m_exportPassword);
     if (!request)
         return;
-    request->answer(genAccountKeyQs(account), grantRef);
+    request->answer(accountKey, grantRef);
     CAuthDetail confirmed;
     confirmed.grantRef = grantRef;
     confirmed.grantee = grantee;
@@ -350,28 +352,10 @@ void CAuthSettingSingleAccountAuthorizeTabPage::slotAddAuthResult(
             showResultTip(m_form->grantButton(), QStringLiteral("授权失败！原因：") + error,
                           outcomeKind, request->number());
     };
-    // The dialog waits for the request that was made last.
-    const CGrantRequests::Pointer present = m_requests.present();
-    if (!present || present == request)
+    if (m_requests.isAwaited(request))
         m_outcomes.finish(request->number(), show);
     else
         show();
-}
-
-CGrantRequests::Pointer
-CAuthSettingSingleAccountAuthorizeTabPage::requestOf(const mbservice::CAccountInfo& account,
-                                                     const QString& grantee,
-                                                     const CAuthLimit& limit, bool toServer) const
-{
-    const CGrantRequests::Pointer request =
-        m_requests.find(genAccountKeyQs(account), grantee, limit, toServer);
-    if (request || isHosted(this))
-        return request;
-    // Alone, the page takes every result that carries its tag.
-    const CGrantRequests::Pointer present = m_requests.present();
-    return present ? present
-                   : boost::make_shared<CGrantRequest>(grantee, toServer, m_exportPath,
-                                                       m_exportPassword);
 }
 
 void CAuthSettingSingleAccountAuthorizeTabPage::finishGrant(const CGrantRequests::Pointer& request,

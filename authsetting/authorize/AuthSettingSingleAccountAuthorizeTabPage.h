@@ -71,10 +71,6 @@ private:
     void tellChanged();
     void authPasswordForFile(QString password);
     void grant(const CAuthLimit& limit, bool toServer);
-    /// The request that a result belongs to; null for one that this page did not ask for.
-    CGrantRequests::Pointer requestOf(const mbservice::CAccountInfo& account,
-                                      const QString& grantee, const CAuthLimit& limit,
-                                      bool toServer) const;
     void finishGrant(const CGrantRequests::Pointer& request, const CAuthDetail& confirmed,
                      bool toServer);
     void cancelGrant();

@@ -1,5 +1,9 @@
 #include "authsetting/authorize/GrantRequests.h"
 
+#include "authsetting/shell/OnScreen.h"
+
+#include <boost/make_shared.hpp>
+
 namespace GW {
 
 void CGrantRequests::begin(const Pointer& request)
@@ -24,6 +28,24 @@ CGrantRequests::Pointer CGrantRequests::find(const QString& key, const QString& 
         }
     }
     return latest;
+}
+
+CGrantRequests::Pointer CGrantRequests::takeResult(const QWidget* page, const QString& key,
+                                                   const QString& grantee, const CAuthLimit& limit,
+                                                   bool toServer, const QString& path,
+                                                   const QString& password) const
+{
+    const Pointer request = find(key, grantee, limit, toServer);
+    if (request || isHosted(page))
+        return request;
+    const Pointer latest = present();
+    return latest ? latest : boost::make_shared<CGrantRequest>(grantee, toServer, path, password);
+}
+
+bool CGrantRequests::isAwaited(const Pointer& request) const
+{
+    const Pointer latest = present();
+    return !latest || latest == request;
 }
 
 CGrantRequests::Pointer CGrantRequests::present() const

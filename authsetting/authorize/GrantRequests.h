@@ -7,6 +7,8 @@
 
 #include <boost/shared_ptr.hpp>
 
+class QWidget;
+
 namespace GW {
 
 /// The grants that one page has asked for, until their outcome was shown. Results carry only the
@@ -25,8 +27,16 @@ public:
     /// for it, else the latest; null when there is none.
     Pointer find(const QString& key, const QString& grantee, const CAuthLimit& limit,
                  bool toServer) const;
+    /// The same for a result that carries the tag of `page`; null for one that it did not ask for.
+    /// Alone, outside the dialog, a page takes every such result: it counts for the present
+    /// request, or else for one with `path` and `password` that asks for nothing.
+    Pointer takeResult(const QWidget* page, const QString& key, const QString& grantee,
+                       const CAuthLimit& limit, bool toServer, const QString& path,
+                       const QString& password) const;
     /// The request begun last, null when its outcome was shown already.
     Pointer present() const;
+    /// Whether the dialog waits for this request, and not for one that was begun since.
+    bool isAwaited(const Pointer& request) const;
 
     /// The outcome was shown: the request is forgotten on the return to the event loop, because its
     /// last result may be delivered more than once.

@@ -92,9 +92,6 @@ private:
     void endGrant(const CGrantRequests::Pointer& request);
     void authPasswordForFile(QString password);
     void grantPending(const QString& password, bool toServer);
-    /// The request that a result belongs to; null for one that this page did not ask for.
-    CGrantRequests::Pointer requestOf(const QString& accountKey, const QString& user,
-                                      const CAuthLimit& limit, bool toServer) const;
     void afterGrant(const CGrantRequests::Pointer& request, bool toServer);
     void repeatAfterGrant();
     void exportGrant(const CGrantRequests::Pointer& request);

@@ -174,7 +174,8 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::slotAddAuthResult(
     if (!isRequestOf(this, tag))
         return;
     const QString accountKey = genAccountKeyQs(account);
-    const CGrantRequests::Pointer request = requestOf(accountKey, user, limit, toServer);
+    const CGrantRequests::Pointer request = m_requests.takeResult(
+        this, accountKey, user, limit, toServer, m_exportPath, m_exportPassword);
     if (!request)
         return;
     if (request->entries().contains(accountKey))
@@ -201,26 +202,11 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::slotAddAuthResult(
     if (request->due >= 1)
         return;
     request->due = 0;
-    const CGrantRequests::Pointer present = m_requests.present();
-    // The dialog waits for the request that was made last.
-    if (!present || present == request)
+    if (m_requests.isAwaited(request))
         m_outcomes.finish(request->number(),
                           [this, request, toServer] { afterGrant(request, toServer); });
     else
         afterGrant(request, toServer);
-}
-
-CGrantRequests::Pointer CAuthSettingSingleRestrictedUserGeneralTabPage::requestOf(
-    const QString& accountKey, const QString& user, const CAuthLimit& limit, bool toServer) const
-{
-    const CGrantRequests::Pointer request = m_requests.find(accountKey, user, limit, toServer);
-    if (request || isHosted(this))
-        return request;
-    // Alone, the page takes every result that carries its tag.
-    const CGrantRequests::Pointer present = m_requests.present();
-    return present
-               ? present
-               : boost::make_shared<CGrantRequest>(user, toServer, m_exportPath, m_exportPassword);
 }
 
 void CAuthSettingSingleRestrictedUserGeneralTabPage::afterGrant(

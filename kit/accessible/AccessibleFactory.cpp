@@ -2,6 +2,7 @@
 
 #include "kit/accessible/AccessibleBox.h"
 #include "kit/accessible/AccessibleBusyBar.h"
+#include "kit/accessible/AccessibleButton.h"
 #include "kit/accessible/AccessibleComboBox.h"
 #include "kit/accessible/AccessibleDateEditor.h"
 #include "kit/accessible/AccessibleTable.h"
@@ -23,6 +24,8 @@ QAccessibleInterface* makeInterface(const QString& className, QObject* object)
     auto* const widget = static_cast<QWidget*>(object);
     if (className == QLatin1String("KZ::CSimpleTextWidget"))
         return new CAccessibleText(widget);
+    if (className == QLatin1String("KZ::CButton"))
+        return new CAccessibleButton(widget);
     if (className == QLatin1String("KZ::CComboBox"))
         return new CAccessibleComboBox(widget);
     if (className == QLatin1String("KZ::CSoftCalendarLineEdit"))

@@ -1,5 +1,6 @@
 #include "kit/table/CellControls.h"
 
+#include "kit/accessible/InReach.h"
 #include "kit/table/CellWidgetLayer.h"
 #include "kit/table/CellWidgetTools.h"
 #include "kit/table/ColumnWidgets.h"
@@ -8,7 +9,6 @@
 #include "kit/table/TickBoxes.h"
 
 #include <QAbstractButton>
-#include <QApplication>
 #include <QTableView>
 
 namespace KZ {
@@ -66,11 +66,7 @@ QString CCellControls::name(int row, int column) const
 
 bool CCellControls::isReachable(int row) const
 {
-    if (m_model.viewRowOf(row) < 0 || !m_view->isVisible() || !m_view->viewport()->isEnabled() ||
-        QApplication::activePopupWidget())
-        return false;
-    const QWidget* const modal = QApplication::activeModalWidget();
-    return !modal || modal->isAncestorOf(m_view);
+    return m_model.viewRowOf(row) >= 0 && isInReach(m_view->viewport());
 }
 
 bool CCellControls::isUsable(int row, int column) const

@@ -12,7 +12,6 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QShortcutEvent>
-#include <QSignalBlocker>
 #include <QStyleOptionButton>
 
 #include <algorithm>
@@ -125,14 +124,6 @@ void CButton::clickByShortcut()
     if (isCheckable() && focusPolicy() != Qt::NoFocus)
         setFocus(Qt::ShortcutFocusReason);
     click();
-}
-
-void CButton::timerEvent(QTimerEvent* event)
-{
-    // Assistive tools press with Qt's own animated click, which asks for nothing when it ends.
-    const bool mayClick = autoRepeat() || (isEnabled() && isVisible());
-    const QSignalBlocker blocker(mayClick ? nullptr : this);
-    CEventWidgetT<QPushButton>::timerEvent(event);
 }
 
 void CButton::keyPressEvent(QKeyEvent* event)
