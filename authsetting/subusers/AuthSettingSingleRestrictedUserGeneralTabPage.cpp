@@ -182,6 +182,7 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::showState()
 {
     CAuthClient* client = getAuthClient();
     const bool enabled = client && client->isSubUserActive(key());
+    m_namedUser = key();
     m_shownEnabled = enabled;
     m_form->showUser(key(), enabled);
     m_stateButton->setImageKey(enabled ? QStringLiteral("gw_img_auth_subuser_disable")
@@ -299,7 +300,8 @@ void CAuthSettingSingleRestrictedUserGeneralTabPage::dropPending(int row)
 bool CAuthSettingSingleRestrictedUserGeneralTabPage::isShownStateTrue() const
 {
     CAuthClient* client = getAuthClient();
-    return m_shownKey == key() && client && client->isSubUserActive(key()) == m_shownEnabled;
+    return client && !key().isEmpty() && m_shownKey == key() && m_namedUser == key() &&
+           client->isSubUserActive(key()) == m_shownEnabled;
 }
 
 void CAuthSettingSingleRestrictedUserGeneralTabPage::onStateButton(const void* sender)

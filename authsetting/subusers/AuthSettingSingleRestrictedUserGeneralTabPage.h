@@ -100,8 +100,10 @@ private:
     KZ::CPushButton* m_stateButton = nullptr;
     KZ::CMediumNormalButton* m_grantButton = nullptr;
     CRestrictedUserTable* m_table = nullptr;
-    /// The user for whom the form was filled, and his state as it shows it.
+    /// The user for whom the form was filled.
     QString m_shownKey;
+    /// The user whose name and state stand there: without a key the form keeps the one before.
+    QString m_namedUser;
     bool m_shownEnabled = false;
     /// File and password for the grant that is about to be asked for.
     QString m_exportPath;

@@ -69,16 +69,15 @@ private Q_SLOTS:
         QTest::addColumn<int>("tab");
         QTest::addColumn<QStringList>("names");
         const QString close = QStringLiteral("关闭");
-        const QString table = QStringLiteral("列表");
         const QString tabs = QStringLiteral("标签页");
         QTest::newRow("overview") << 201 << INT_MAX << QString() << 0
-                                  << QStringList{tabs, table, close};
+                                  << QStringList{tabs, QStringLiteral("账号总览"), close};
         QTest::newRow("batch") << 201 << INT_MAX << QString() << 1
                                << QStringList{tabs,
                                               QStringLiteral("被授权人"),
                                               QStringLiteral("起始时间"),
                                               QStringLiteral("终止时间"),
-                                              table,
+                                              QStringLiteral("批量授权"),
                                               QStringLiteral("授权"),
                                               close};
         QTest::newRow("account") << 201 << 20101 << QStringLiteral("own") << 0 << QStringList();

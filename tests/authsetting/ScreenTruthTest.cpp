@@ -292,6 +292,15 @@ private Q_SLOTS:
         QCOMPARE(test.client().setSubUsers.first().user, QStringLiteral("u1"));
     }
 
+    void aPageWithoutAUserActsOnNobody()
+    {
+        SubUserDesk test;
+        test.showSubUser(QString());
+        test.stateButton()->click();
+        QVERIFY(test.client().setSubUsers.isEmpty());
+        VERIFY_TIP(test.stateButton(), changed(), 2);
+    }
+
     void aPreparedAccountThatWasGrantedMeanwhileIsNotSent()
     {
         SubUserDesk test;
