@@ -241,8 +241,13 @@ void CAuthSettingAccountsAuthorizeTabPage::slotAddAuthResult(QString grantee,
         grant->grantee = grantee;
         grant->account = account;
         grant->limit = limit;
+        // The service does not echo the owner's secret; of an account that a reload has taken off
+        // the page the request still has it.
+        const auto asked = request->entries().constFind(key);
         if (const boost::shared_ptr<CAccount> own = accountOf(key))
             grant->account.accountPrivate = own->accountPrivate;
+        else if (asked != request->entries().constEnd())
+            grant->account.accountPrivate = asked->account.accountPrivate;
         request->granted.append(grant);
     } else {
         showResultTip(m_form->authorizeButton(), QStringLiteral("权限出错！错误信息：") + error,

@@ -8,6 +8,7 @@
 #include "authsetting/services/UserConfig.h"
 #include "authsetting/shell/AccountTexts.h"
 #include "authsetting/shell/AuthSettingIds.h"
+#include "authsetting/shell/OnScreen.h"
 #include "authsetting/shell/ResultTip.h"
 #include "authsetting/shell/TableLayouts.h"
 #include "kit/events/EventIds.h"
@@ -17,8 +18,6 @@
 #include <QFileDialog>
 #include <QPointer>
 #include <QTableView>
-
-#include <boost/bind/bind.hpp>
 
 #include <array>
 
@@ -129,13 +128,24 @@ bool CAuthSettingImportAuthorizationTabPage::handleEvent(int eventId, int param1
 
 void CAuthSettingImportAuthorizationTabPage::chooseFile()
 {
+    const bool wasSeen = isUserLooking(this);
     const QPointer<CAuthSettingImportAuthorizationTabPage> self = this;
     const QString path = QFileDialog::getOpenFileName(
         this, QStringLiteral("导入授权"), QStringLiteral("."), QStringLiteral("Auth Files(*.taa)"));
-    if (!self || path.isEmpty())
+    if (!self || path.isEmpty() || isLeft(wasSeen))
         return;
-    askGrantPassword(this, boost::bind(&CAuthSettingImportAuthorizationTabPage::importFile, this,
-                                       path, boost::placeholders::_1));
+    askGrantPassword(this, [this, path, wasSeen](const QString& password) {
+        if (!isLeft(wasSeen))
+            importFile(path, password);
+    });
+}
+
+bool CAuthSettingImportAuthorizationTabPage::isLeft(bool wasSeen)
+{
+    const bool left = wasSeen && !isVisible();
+    if (left)
+        showChangedTip(m_tipAnchor);
+    return left;
 }
 
 void CAuthSettingImportAuthorizationTabPage::importFile(const QString& path,

@@ -39,6 +39,8 @@ private:
     void fillRow(int row, const CAccount& account, const CExpiryHints& hints);
     void chooseFile();
     void importFile(const QString& path, const QString& password);
+    /// Whether the user went to another page since he saw this one; tells him so.
+    bool isLeft(bool wasSeen);
     void showResult(bool success, const QString& error);
 
     /// Never set: every tip of this page is shown where the user looks.

@@ -4,6 +4,8 @@
 #include "tests/authsetting/TruthDesk.h"
 #include "tests/support/TipTestCase.h"
 
+#include <QTemporaryDir>
+
 namespace {
 
 QString changed()
@@ -290,6 +292,30 @@ private Q_SLOTS:
         test.showSubUser(QStringLiteral("u2"));
         QCOMPARE(test.client().setSubUsers.size(), 1);
         QCOMPARE(test.client().setSubUsers.first().user, QStringLiteral("u1"));
+    }
+
+    void nothingIsImportedForAPageThatAnotherCovers()
+    {
+        TruthDesk test;
+        test.desk.dialog.show();
+        test.desk.dialog.showPage(202);
+        auto* import = test.desk.dialog.shownPage()->findChild<QPushButton*>(
+            QStringLiteral("halden_corner_button_0"));
+        QTemporaryDir folder;
+        QFile file(folder.filePath(QStringLiteral("a.taa")));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.close();
+        ModalDriver dialogs(&test.desk.dialog);
+        dialogs.answerFile(file.fileName());
+        dialogs.expect([&](QWidget* window) {
+            test.showOverview();
+            window->findChild<QLineEdit*>(QStringLiteral("halden_input_edit"))
+                ->setText(QStringLiteral("pw"));
+            window->findChild<QPushButton*>(QStringLiteral("halden_input_ok"))->click();
+        });
+        import->click();
+        QVERIFY(test.client().imports.isEmpty());
+        QCOMPARE(tipTexts(), QStringList(changed()));
     }
 
     void aPageWithoutAUserActsOnNobody()

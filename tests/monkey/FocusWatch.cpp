@@ -49,17 +49,17 @@ Failure FocusWatch::check(const OpenDialog& dialog, const Action& action)
         return focused == &dialog
                    ? Failure{}
                    : Failure{QStringLiteral("focus-busy"), QStringLiteral("while busy") + found};
+    const auto* tree = dialog.findChild<GW::CAuthSettingNavigator*>();
+    const bool isUsable = focused && focused->isVisible() && focused->isEnabled();
+    // The tree's filter box stands inside the tree, and is there on every page.
+    if (isUsable && tree->isAncestorOf(focused) && focused->inherits("QLineEdit"))
+        return {};
     const GW::CAuthSettingPage* page = dialog.shownPage();
     if (!page || page->tabControl()->tabCount() == 0)
         return focused == &dialog ? Failure{}
                                   : Failure{QStringLiteral("focus-empty"),
                                             QStringLiteral("on the empty page") + found};
-    const auto* tree = dialog.findChild<GW::CAuthSettingNavigator*>();
-    const bool isUsable = focused && focused->isVisible() && focused->isEnabled();
     if (isUsable && page->isAncestorOf(focused))
-        return {};
-    // The tree's filter box stands inside the tree.
-    if (isUsable && tree->isAncestorOf(focused) && focused->inherits("QLineEdit"))
         return {};
     return {QStringLiteral("focus"), QStringLiteral("on a page") + found};
 }
