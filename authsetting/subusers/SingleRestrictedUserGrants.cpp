@@ -56,6 +56,13 @@ bool CAuthSettingSingleRestrictedUserGeneralTabPage::stillHolds(const CPendingGr
             client->getAuthDetail(accountKey, grant))
             return false;
     }
+    // A tick that was set since the row was filled is in sight, but nobody prepared it.
+    for (int row = 0; row < m_table->rowCount(); ++row) {
+        if (m_table->isItemChecked(row, CRestrictedUserTable::Select) &&
+            m_table->isItemCheckEnabled(row, CRestrictedUserTable::Select) &&
+            !pending.contains(m_table->key(row)))
+            return false;
+    }
     return areGrantable(keys);
 }
 

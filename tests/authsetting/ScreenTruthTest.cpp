@@ -339,6 +339,20 @@ private Q_SLOTS:
         QTRY_COMPARE(test.table()->itemText(0, 5), QStringLiteral("dave"));
     }
 
+    void aTickThatNobodyPreparedIsNotPassedOver()
+    {
+        SubUserDesk test;
+        // Another desk grants to this user; the next refresh ticks the row without a reload.
+        test.grantElsewhere(1, QStringLiteral("u1"), false);
+        test.tick(2);
+        QVERIFY(test.table()->isItemChecked(1, 0));
+        test.openMenu();
+        test.chooseServer();
+        QVERIFY(test.client().addAuths.isEmpty());
+        VERIFY_TIP(test.grantButton(), changed(), 2);
+        QTRY_VERIFY(!test.table()->isItemCheckEnabled(1, 0));
+    }
+
     void whatIsPreparedOutlivesAChangeOfOtherAccountsBehindTheDialogs()
     {
         SubUserDesk test;

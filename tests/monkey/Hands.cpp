@@ -249,9 +249,10 @@ void Hands::key(Qt::Key key, Qt::KeyboardModifiers modifiers, const QString& tex
     if (!QApplication::activePopupWidget() && QGuiApplication::focusWindow() != handle)
         handle->requestActivate();
     const int before = m_actions;
-    QTest::sendKeyEvent(QTest::Press, handle, key, text, modifiers);
+    // Without keys for the modifiers, the first of which may close a menu and destroy its window.
+    QTest::simulateEvent(handle.data(), true, key, modifiers, text, false);
     if (handle && m_actions == before)
-        QTest::sendKeyEvent(QTest::Release, handle, key, text, modifiers);
+        QTest::simulateEvent(handle.data(), false, key, modifiers, text, false);
 }
 
 void Hands::chooseFile(const QString& path)

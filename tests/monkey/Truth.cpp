@@ -292,9 +292,10 @@ Failure Truth::judgeExport(const Call& call)
                         .arg(fileName(call.path), number, grant->grantee)};
         if (QString::fromStdString(grant->account.accountPrivate) != World::secretOf(number) &&
             m_world.account(number))
-            return {
-                QStringLiteral("file-secret"),
-                QStringLiteral("%1 holds a wrong secret of %2").arg(fileName(call.path), number)};
+            return {QStringLiteral("file-secret"),
+                    QStringLiteral("%1 holds \"%2\" as the secret of %3")
+                        .arg(fileName(call.path),
+                             QString::fromStdString(grant->account.accountPrivate), number)};
     }
     written.sort();
     expected.sort();

@@ -301,7 +301,8 @@ void World::answer(int index, bool ok, int how)
         else if (call.kind == Call::Password)
             Q_EMIT client.sigUpdatesubuserResult(call.user, call.password, ok, error);
         else if (call.kind == Call::Import)
-            Q_EMIT client.sigValidAuth(importedKey, secretOf(numberIn(importedKey)), ok, error);
+            Q_EMIT client.sigValidAuth(importedKey, secretOf(importedKey.section(u'|', 3)), ok,
+                                       error);
     };
     if (how == fromThread)
         std::thread(emitResult).join();
