@@ -1,5 +1,6 @@
 #include "authsetting/authorize/BatchOffer.h"
 
+#include "authsetting/authorize/SameLimit.h"
 #include "authsetting/services/Services.h"
 #include "authsetting/services/UserConfig.h"
 
@@ -12,8 +13,7 @@ namespace GW {
 
 bool CBatchOffer::operator==(const CBatchOffer& other) const
 {
-    return grantee == other.grantee && keys == other.keys &&
-           days.startTime == other.days.startTime && days.endTime == other.days.endTime;
+    return grantee == other.grantee && keys == other.keys && isSameLimit(days, other.days);
 }
 
 bool areGrantable(const QStringList& accountKeys)

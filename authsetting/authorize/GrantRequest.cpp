@@ -1,5 +1,6 @@
 #include "authsetting/authorize/GrantRequest.h"
 
+#include "authsetting/authorize/SameLimit.h"
 #include "authsetting/authorize/SecretText.h"
 #include "authsetting/shell/ResultTip.h"
 
@@ -8,14 +9,6 @@
 namespace GW {
 
 namespace {
-
-bool isSameLimit(const CAuthLimit& left, const CAuthLimit& right)
-{
-    return left.startTime == right.startTime && left.endTime == right.endTime &&
-           left.hasMarginRatio() == right.hasMarginRatio() &&
-           (!left.hasMarginRatio() ||
-            qFuzzyCompare(left.availableMarginRatio, right.availableMarginRatio));
-}
 
 // A copy of its own, which nobody shares when it is overwritten.
 QString ownCopy(const QString& text)

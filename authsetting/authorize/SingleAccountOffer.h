@@ -1,6 +1,6 @@
 #pragma once
 
-#include "authsetting/services/AuthLimit.h"
+#include "authsetting/authorize/SameLimit.h"
 
 #include <QString>
 
@@ -16,10 +16,7 @@ struct CSingleAccountOffer
     bool operator==(const CSingleAccountOffer& other) const
     {
         return accountKey == other.accountKey && grantee == other.grantee &&
-               limit.startTime == other.limit.startTime && limit.endTime == other.limit.endTime &&
-               limit.hasMarginRatio() == other.limit.hasMarginRatio() &&
-               (!limit.hasMarginRatio() ||
-                qFuzzyCompare(limit.availableMarginRatio, other.limit.availableMarginRatio));
+               isSameLimit(limit, other.limit);
     }
 };
 

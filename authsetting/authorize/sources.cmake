@@ -11,3 +11,4 @@ list(APPEND authorize_SOURCES SecretText.cpp SecretText.h SingleAccountForm.cpp 
 list(APPEND authorize_SOURCES GrantRequest.cpp GrantRequest.h GrantRequests.cpp GrantRequests.h)
 list(APPEND authorize_SOURCES ShownAccount.cpp ShownAccount.h SingleAccountOffer.h)
 list(APPEND authorize_SOURCES GrantChoice.cpp GrantChoice.h)
+list(APPEND authorize_SOURCES SameLimit.cpp SameLimit.h)

@@ -1,5 +1,7 @@
 #include "authsetting/subusers/PendingGrants.h"
 
+#include "authsetting/authorize/SameLimit.h"
+
 #include <algorithm>
 
 namespace GW {
@@ -40,8 +42,7 @@ bool CPendingGrants::isSameAs(const CPendingGrants& other) const
            std::all_of(m_grants.keyValueBegin(), m_grants.keyValueEnd(), [&](const auto& entry) {
                const auto twin = other.m_grants.constFind(entry.first);
                return twin != other.m_grants.constEnd() &&
-                      twin->limit.startTime == entry.second.limit.startTime &&
-                      twin->limit.endTime == entry.second.limit.endTime;
+                      isSameLimit(twin->limit, entry.second.limit);
            });
 }
 

@@ -13,6 +13,22 @@ QString changed()
     return TruthDesk::changed();
 }
 
+/// Names a file in the file dialog and accepts it.
+void acceptFile(QWidget* window)
+{
+    window->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))
+        ->setText(QStringLiteral("/tmp/truth.taa"));
+    static_cast<QDialog*>(qobject_cast<QFileDialog*>(window))->accept();
+}
+
+/// Types a password into the password dialog and accepts it.
+void acceptPassword(const QWidget* window)
+{
+    window->findChild<QLineEdit*>(QStringLiteral("halden_input_edit"))
+        ->setText(QStringLiteral("pw"));
+    window->findChild<QPushButton*>(QStringLiteral("halden_input_ok"))->click();
+}
+
 /// The batch tab with the first two accounts ticked for "carol".
 struct BatchDesk : TruthDesk
 {
@@ -148,15 +164,11 @@ private Q_SLOTS:
         ModalDriver dialogs(&test.desk.dialog);
         dialogs.expect([&](QWidget* window) {
             test.grantElsewhere(2, QStringLiteral("dave"), true);
-            window->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))
-                ->setText(QStringLiteral("/tmp/truth.taa"));
-            static_cast<QDialog*>(qobject_cast<QFileDialog*>(window))->accept();
+            acceptFile(window);
         });
         dialogs.expect([&](QWidget* window) {
             test.grantElsewhere(1, QStringLiteral("dave"), true);
-            window->findChild<QLineEdit*>(QStringLiteral("halden_input_edit"))
-                ->setText(QStringLiteral("pw"));
-            window->findChild<QPushButton*>(QStringLiteral("halden_input_ok"))->click();
+            acceptPassword(window);
         });
         test.openMenu();
         test.chooseFile();
@@ -175,9 +187,7 @@ private Q_SLOTS:
         ModalDriver dialogs(&test.desk.dialog);
         dialogs.expect([&](QWidget* window) {
             test.grantElsewhere(0, QStringLiteral("dave"), true);
-            window->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))
-                ->setText(QStringLiteral("/tmp/truth.taa"));
-            static_cast<QDialog*>(qobject_cast<QFileDialog*>(window))->accept();
+            acceptFile(window);
         });
         test.openMenu();
         test.chooseFile();
@@ -309,9 +319,7 @@ private Q_SLOTS:
         dialogs.answerFile(file.fileName());
         dialogs.expect([&](QWidget* window) {
             test.showOverview();
-            window->findChild<QLineEdit*>(QStringLiteral("halden_input_edit"))
-                ->setText(QStringLiteral("pw"));
-            window->findChild<QPushButton*>(QStringLiteral("halden_input_ok"))->click();
+            acceptPassword(window);
         });
         import->click();
         QVERIFY(test.client().imports.isEmpty());
@@ -359,9 +367,7 @@ private Q_SLOTS:
         ModalDriver dialogs(&test.desk.dialog);
         dialogs.expect([&](QWidget* window) {
             test.grantElsewhere(2, QStringLiteral("dave"), true);
-            window->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))
-                ->setText(QStringLiteral("/tmp/truth.taa"));
-            static_cast<QDialog*>(qobject_cast<QFileDialog*>(window))->accept();
+            acceptFile(window);
         });
         dialogs.answerPassword(QStringLiteral("pw"));
         test.openMenu();
@@ -376,9 +382,7 @@ private Q_SLOTS:
         ModalDriver dialogs(&test.desk.dialog);
         dialogs.expect([&](QWidget* window) {
             test.showSubUser(QStringLiteral("u2"));
-            window->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))
-                ->setText(QStringLiteral("/tmp/truth.taa"));
-            static_cast<QDialog*>(qobject_cast<QFileDialog*>(window))->accept();
+            acceptFile(window);
         });
         test.openMenu();
         test.chooseFile();
